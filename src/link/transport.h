@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+
+// The request and answer dialogue with the meter: the caller puts the command in
+// g.CommandText, sends it, waits for and reads the reply into g.ReplyText and looks at
+// g.ErrFlag. Every wait serves user-interface events.
+namespace dpm {
+
+// g.ErrFlag values of ReceiveReply.
+inline constexpr int16_t kReplyOk = 0;
+inline constexpr int16_t kNoAnswer = 4;
+inline constexpr int16_t kAnswerStopped = 5;
+inline constexpr int16_t kOnlyEcho = 6;
+inline constexpr int16_t kNoLineEnd = 9;
+
+void SendCommand();
+void ReceiveReply();
+void DelayMs(int32_t ms);
+void DelayChars(int16_t characters);
+void DelaySeconds(float seconds);
+void FlushLink();
+
+// Seconds-since-midnight deadlines that survive midnight.
+float DeadlineAfter(double seconds);
+bool DeadlinePassed(float deadline);
+
+}  // namespace dpm

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace dpm {
+
+class Clock;
+class EventPump;
+class SerialPort;
+
+// The outside world as the program sees it. The program's main() fills it with the Qt
+// implementations; tests fill it with fakes.
+struct Services {
+  Clock* clock = nullptr;
+  EventPump* events = nullptr;
+  SerialPort* meterLink = nullptr;
+};
+
+Services& Platform();
+
+}  // namespace dpm

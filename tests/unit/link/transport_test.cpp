@@ -1,0 +1,238 @@
+#include "link/transport.h"
+
+#include <gtest/gtest.h>
+
+#include "link_fixture.h"
+#include "platform/faults.h"
+
+namespace dpm {
+namespace {
+
+using Kind = fake::FakeSerialLine::Kind;
+using Event = fake::FakeSerialLine::Event;
+
+class TransportTest : public testing::LinkTest {
+ protected:
+  // Runs ReceiveReply and returns how long it took in virtual milliseconds.
+  uint32_t TimedReceive() {
+    const uint32_t start = time.Elapsed();
+    ReceiveReply();
+    return time.Elapsed() - start;
+  }
+  void Command(const std::string& body) { g.CommandText = "*1" + body; }
+};
+
+TEST_F(TransportTest, SilentMeterTimesOutAfterThreeSecondsPlusTheCommandTime) {
+  Command("XU1D");  // six characters at 9600 baud: 3.007 s
+  g.ReplyText = "previous";
+  const uint32_t took = TimedReceive();
+  EXPECT_EQ(g.ErrFlag, kNoAnswer);
+  EXPECT_GE(took, 3007u);
+  EXPECT_LE(took, 3009u);
+  EXPECT_EQ(g.ReplyText, "previous") << "a failure before the first byte keeps the old reply";
+}
+
+TEST_F(TransportTest, SilentMeterAtThreeHundredBaudWaitsForTheSlowerCommand) {
+  g.BaudIndex = 0;
+  g.CharTime = 33;
+  Command("XU1D");
+  const uint32_t took = TimedReceive();
+  EXPECT_EQ(g.ErrFlag, kNoAnswer);
+  EXPECT_NEAR(took, 3000 + 33 * 7, 2);
+}
+
+// Splits `reply` into pieces arriving 10 ms apart, starting 20 ms from now.
+void ArriveInPieces(fake::FakeSerialLine& line, const std::vector<std::string>& pieces) {
+  uint32_t delay = 20;
+  for (const auto& piece : pieces) {
+    line.ArriveAfter(delay, piece);
+    delay += 10;
+  }
+}
+
+std::vector<std::string> DigitPiecesThenLineEnd(int count) {
+  std::vector<std::string> pieces(static_cast<std::size_t>(count - 1), "0");
+  pieces.push_back("\r");
+  return pieces;
+}
+
+TEST_F(TransportTest, PieceCountLimit) {
+  struct Case {
+    int pieces;
+    int16_t errFlag;
+  };
+  for (const Case c : {Case{2, kReplyOk}, Case{49, kReplyOk}, Case{50, kNoLineEnd}, Case{51, kNoLineEnd}}) {
+    SCOPED_TRACE(c.pieces);
+    Command("G130");
+    ArriveInPieces(line, DigitPiecesThenLineEnd(c.pieces));
+    ReceiveReply();
+    EXPECT_EQ(g.ErrFlag, c.errFlag);
+    if (c.errFlag == kReplyOk) {
+      EXPECT_EQ(g.ReplyText, std::string(static_cast<std::size_t>(c.pieces - 1) & ~std::size_t{1}, '0'));
+    }
+    time.Run(1000);
+    line.Input();
+  }
+}
+
+TEST_F(TransportTest, EchoIsTakenOffAndTheReplyFollows) {
+  Command("G130");
+  ArriveInPieces(line, {"*1G1", "30\r", "C1\r"});
+  ReceiveReply();
+  EXPECT_EQ(g.ErrFlag, kReplyOk);
+  EXPECT_EQ(g.ReplyText, "C1");
+}
+
+TEST_F(TransportTest, EchoFollowedBySilenceStopsAfterHalfASecond) {
+  Command("G130");
+  line.ArriveAfter(50, "*1G130\r");
+  const uint32_t took = TimedReceive();
+  EXPECT_EQ(g.ErrFlag, kAnswerStopped);
+  EXPECT_NEAR(took, 50 + 500, 3);
+}
+
+TEST_F(TransportTest, ReplyInTheSamePieceAsItsEchoIsNotSeen) {
+  Command("G130");
+  line.ArriveAfter(50, "*1G130\rC1\r");
+  ReceiveReply();
+  EXPECT_EQ(g.ErrFlag, kAnswerStopped);
+}
+
+TEST_F(TransportTest, ReplyThatStopsMidwayGivesFive) {
+  Command("XU1D");
+  ArriveInPieces(line, {"0123", "4567"});
+  const uint32_t took = TimedReceive();
+  EXPECT_EQ(g.ErrFlag, kAnswerStopped);
+  EXPECT_EQ(g.ReplyText, "4567") << "the failure leaves the last piece";
+  EXPECT_NEAR(took, 30 + 500, 3);
+}
+
+TEST_F(TransportTest, OddLengthIsCutExceptForReadings) {
+  struct Case {
+    const char* body;
+    const char* reply;
+    const char* expected;
+  };
+  for (const Case c : {Case{"G130", "1234567\r", "123456"}, Case{"B1", "1234567\r", "1234567"},
+                       Case{"B2", " 12.5\r", " 12.5"}, Case{"XU1D", "123456\r", "123456"},
+                       Case{"R17F", "3\r", ""}}) {
+    SCOPED_TRACE(c.body);
+    Command(c.body);
+    line.ArriveAfter(20, c.reply);
+    ReceiveReply();
+    EXPECT_EQ(g.ErrFlag, kReplyOk);
+    EXPECT_EQ(g.ReplyText, c.expected);
+  }
+}
+
+TEST_F(TransportTest, FaultOfTheSerialControlEndsTheReplyWithZero) {
+  Command("G130");
+  g.ReplyText = "old";
+  line.FailFromNowOn(true);
+  ReceiveReply();
+  EXPECT_EQ(g.ErrFlag, kReplyOk);
+  EXPECT_EQ(g.ReplyText, "old");
+}
+
+TEST_F(TransportTest, FullDuplexSendKeepsRtsRaised) {
+  Command("XU1D");
+  line.Arrive("stale");
+  SendCommand();
+  const std::vector<Event> expected = {
+      {0, Kind::RtsOn, ""}, {0, Kind::Discarded, "stale"}, {100, Kind::Sent, "*1XU1D\r"}};
+  EXPECT_EQ(line.Transcript(), expected);
+  EXPECT_TRUE(line.RTSEnable());
+}
+
+TEST_F(TransportTest, HalfDuplexSendDropsRtsAndDiscardsItsOwnTransmission) {
+  g.HalfDuplexFlag = 1;
+  Command("XU1D");
+  line.ArriveAfter(105, "*1XU1D\r");  // the computer hears itself on a two-wire line
+  SendCommand();
+  // Hold time: CharTime x (6 + 1) + 3 = 10 ms after the send, then 8 ms before the read.
+  const std::vector<Event> expected = {{0, Kind::RtsOn, ""},
+                                       {100, Kind::Sent, "*1XU1D\r"},
+                                       {110, Kind::RtsOff, ""},
+                                       {118, Kind::Discarded, "*1XU1D\r"}};
+  EXPECT_EQ(line.Transcript(), expected);
+  EXPECT_FALSE(line.RTSEnable());
+}
+
+TEST_F(TransportTest, SendOnAClosedPortIsAFault) {
+  line.SetPortOpen(false);
+  Command("G130");
+  EXPECT_THROW(SendCommand(), SerialFault);
+}
+
+TEST_F(TransportTest, DelaySecondsOfZeroDependsOnTheBaudRate) {
+  struct Case {
+    int16_t baudIndex;
+    uint32_t expectedMs;
+  };
+  for (const Case c : {Case{0, 550}, Case{3, 250}, Case{5, 50}, Case{6, 0}}) {
+    SCOPED_TRACE(c.baudIndex);
+    g.BaudIndex = c.baudIndex;
+    const uint64_t serves = time.ServeCount();
+    const uint32_t start = time.Elapsed();
+    DelaySeconds(0.0f);
+    EXPECT_NEAR(time.Elapsed() - start, c.expectedMs, 2);
+    if (c.expectedMs == 0) {
+      EXPECT_EQ(time.ServeCount(), serves) << "no wait: returns after the first clock test";
+    }
+  }
+}
+
+TEST_F(TransportTest, DelayCharsWaitsTheLineTimePlusATenthOfASecond) {
+  struct Case {
+    int16_t charTime;
+    int16_t characters;
+    uint32_t expectedMs;
+  };
+  for (const Case c : {Case{1, 128, 228}, Case{33, 128, 4324}, Case{8, 10, 180}}) {
+    g.CharTime = c.charTime;
+    const uint32_t start = time.Elapsed();
+    DelayChars(c.characters);
+    EXPECT_EQ(time.Elapsed() - start, c.expectedMs);
+  }
+  g.CharTime = 33;
+  EXPECT_THROW(DelayChars(1000), OverflowFault) << "33000 does not fit 16 bits";
+}
+
+TEST_F(TransportTest, DelayMsServesNothingWhenTheTimeIsReached) {
+  const uint64_t serves = time.ServeCount();
+  DelayMs(0);
+  DelayMs(-5);
+  EXPECT_EQ(time.ServeCount(), serves);
+  DelayMs(100);
+  EXPECT_EQ(time.ServeCount(), serves + 100);
+}
+
+TEST_F(TransportTest, FlushLinkClosesThePortAfterTwoHundredMilliseconds) {
+  FlushLink();
+  EXPECT_FALSE(line.PortOpen());
+  EXPECT_EQ(line.Handshaking(), 0);
+  EXPECT_EQ(line.Transcript().back(), (Event{200, Kind::Close, "COM1"}));
+  EXPECT_NO_THROW(FlushLink()) << "a closed port is left as it is";
+}
+
+TEST(Midnight, WrappedDeadlineDoesNotPassBeforeMidnight) {
+  fake::VirtualTime time(1000, 86399.0);
+  Platform() = Services{&time, &time, nullptr};
+  const float deadline = DeadlineAfter(2.0);  // 86401.0 wraps to 1.0
+  EXPECT_FLOAT_EQ(deadline, 1.0f);
+  time.Run(500);  // 86399.5
+  EXPECT_FALSE(DeadlinePassed(deadline));
+  time.Run(1400);  // 0.9 after midnight
+  EXPECT_FALSE(DeadlinePassed(deadline));
+  time.Run(150);
+  EXPECT_TRUE(DeadlinePassed(deadline));
+
+  fake::VirtualTime second(1000, 86399.0);
+  Platform() = Services{&second, &second, nullptr};
+  DelaySeconds(2.0f);
+  EXPECT_NEAR(second.Elapsed(), 2000, 2);
+  Platform() = Services{};
+}
+
+}  // namespace
+}  // namespace dpm

@@ -3,6 +3,7 @@
 namespace dpm {
 
 class Clock;
+class Dialogs;
 class EventPump;
 class SerialPort;
 
@@ -12,6 +13,7 @@ struct Services {
   Clock* clock = nullptr;
   EventPump* events = nullptr;
   SerialPort* meterLink = nullptr;
+  Dialogs* dialogs = nullptr;
 };
 
 Services& Platform();

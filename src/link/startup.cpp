@@ -15,11 +15,16 @@ namespace {
 constexpr const char* kSettingsFile = "Settings.SSS";
 
 std::string ReadSettingsFile() {
-  std::ifstream file(kSettingsFile, std::ios::binary);
-  if (!file) {
-    throw FileFault("File not found: \"" + std::string(kSettingsFile) + "\" in " +
-                    std::filesystem::current_path().string());
+  const auto where = std::filesystem::current_path().string();
+  std::error_code error;
+  if (!std::filesystem::exists(kSettingsFile, error)) {
+    throw FileFault("File not found: \"" + std::string(kSettingsFile) + "\" in " + where);
   }
+  if (!std::filesystem::is_regular_file(kSettingsFile, error)) {
+    throw FileFault("Cannot read \"" + std::string(kSettingsFile) + "\" in " + where + ": it is not a file");
+  }
+  std::ifstream file(kSettingsFile, std::ios::binary);
+  if (!file) throw FileFault("Cannot open \"" + std::string(kSettingsFile) + "\" in " + where + " for reading");
   std::ostringstream contents;
   contents << file.rdbuf();
   if (file.bad()) throw FileFault("Cannot read \"" + std::string(kSettingsFile) + "\"");

@@ -154,6 +154,15 @@ TEST_F(StartUpTest, FatalFaultsNameTheirCause) {
   EXPECT_THROW(Main(folder), IndexFault);
   WriteSettings("");
   EXPECT_THROW(Main(folder), FileFault);
+  std::filesystem::remove(folder / "Settings.SSS");
+  std::filesystem::create_directory(folder / "Settings.SSS");
+  try {
+    Main(folder);
+    FAIL() << "a folder in place of the settings file must stop the program";
+  } catch (const FileFault& fault) {
+    EXPECT_NE(std::string(fault.what()).find("not a file"), std::string::npos) << fault.what();
+  }
+  std::filesystem::remove(folder / "Settings.SSS");
   WriteSettings("1501000100000041010000");
   line.FailFromNowOn(true);
   EXPECT_THROW(Main(folder), SerialFault) << "a port that cannot be opened";

@@ -109,11 +109,17 @@ void Control::SetFocus() {
 
 bool Control::HasFocus() const { return owner_.FocusedControl() == this; }
 
-void Control::UserClick() { RaiseClick(); }
+void Control::UserClick() {
+  if (AcceptsUser()) RaiseClick();
+}
 
-void Control::UserDblClick() { Raise(on.DblClick); }
+void Control::UserDblClick() {
+  if (AcceptsUser()) Raise(on.DblClick);
+}
 
-void Control::UserFocus() { owner_.MoveFocus(this); }
+void Control::UserFocus() {
+  if (AcceptsUser()) owner_.MoveFocus(this);
+}
 
 bool Control::UserKeyDown(int keyCode, int shift) { return owner_.UserKeyDown(this, keyCode, shift); }
 

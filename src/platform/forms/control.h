@@ -154,7 +154,9 @@ class Control {
 
   ControlEvents on;
 
-  // The user's actions, as the view reports them.
+  // The user's actions, as the view reports them. A control that is disabled or hidden,
+  // or held by a disabled or hidden frame, takes none.
+  bool AcceptsUser() const { return IsEffectivelyEnabled() && IsEffectivelyVisible(); }
   virtual void UserClick();
   void UserDblClick();
   void UserFocus();

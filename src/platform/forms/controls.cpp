@@ -42,7 +42,7 @@ void TextBox::SetSelLength(int length) {
 }
 
 void TextBox::UserSetText(const std::string& text) {
-  if (text == text_) return;
+  if (text == text_ || !AcceptsUser()) return;
   text_ = text;
   RaiseChange();
 }
@@ -103,7 +103,7 @@ void ListControl::SetListIndex(int index) {
 std::string ListControl::Text() const { return listIndex_ >= 0 ? List(listIndex_) : editText_; }
 
 void ListControl::UserSelect(int index) {
-  if (index < -1 || index >= ListCount() || index == listIndex_) return;
+  if (index < -1 || index >= ListCount() || index == listIndex_ || !AcceptsUser()) return;
   listIndex_ = index;
   RaiseClick();
 }
@@ -126,7 +126,7 @@ void CheckBox::SetValue(int value) {
 }
 
 void CheckBox::UserSetValue(int value) {
-  if (value == value_) return;
+  if (value == value_ || !AcceptsUser()) return;
   value_ = value;
   RaiseClick();
 }
@@ -143,7 +143,7 @@ void OptionButton::SetValue(bool on) {
 }
 
 void OptionButton::UserChoose() {
-  if (value_) return;
+  if (value_ || !AcceptsUser()) return;
   TurnOn();
   RaiseClick();
 }
@@ -170,7 +170,7 @@ void MenuItem::SetChecked(bool checked) {
 }
 
 void MenuItem::UserClick() {
-  if (IsSeparator() || !IsEffectivelyEnabled() || !IsEffectivelyVisible()) return;
+  if (IsSeparator() || !AcceptsUser()) return;
   RaiseClick();
 }
 

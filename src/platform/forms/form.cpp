@@ -126,11 +126,15 @@ void Form::MoveFocus(Control* to) {
   if (focused_ == to) return;
   HandlerScope scope(*this);
   Control* from = focused_;
-  focused_ = to;
-  if (to != nullptr) to->Notify(Property::Focus);
+  // No control holds the focus while the old one hears of its loss; when its handler
+  // sends the focus elsewhere, that stands.
+  focused_ = nullptr;
   if (from != nullptr && from->on.LostFocus) from->on.LostFocus();
-  // A lost-focus handler may have sent the focus elsewhere; then that stands.
-  if (to != nullptr && focused_ == to && to->on.GotFocus) to->on.GotFocus();
+  if (focused_ != nullptr) return;
+  focused_ = to;
+  if (to == nullptr) return;
+  to->Notify(Property::Focus);
+  if (to->on.GotFocus) to->on.GotFocus();
 }
 
 void Form::Notify(FormProperty property) {

@@ -144,7 +144,7 @@ void Grid::SetScrollBars(int bars) {
 }
 
 void Grid::UserClickCell(int row, int col) {
-  if (row < 0 || row >= rows_ || col < 0 || col >= cols_) return;
+  if (row < 0 || row >= rows_ || col < 0 || col >= cols_ || !AcceptsUser()) return;
   if (row != row_ || col != col_) {
     row_ = row;
     col_ = col;

@@ -1,0 +1,279 @@
+#include "emulator/control.h"
+
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <fstream>
+#include <sstream>
+
+namespace dpm::emulator {
+namespace {
+
+constexpr std::array<int, 7> kBaudTable = {300, 600, 1200, 2400, 4800, 9600, 19200};
+
+struct ConditionerName {
+  const char* name;
+  Conditioner conditioner;
+};
+constexpr std::array<ConditionerName, 8> kConditionerNames = {ConditionerName{"temperature", Conditioner::Temperature},
+                                                              {"tc", Conditioner::Temperature},
+                                                              {"dc", Conditioner::Dc},
+                                                              {"rms", Conditioner::TrueRms},
+                                                              {"true-rms", Conditioner::TrueRms},
+                                                              {"load-cell", Conditioner::LoadCell},
+                                                              {"loadcell", Conditioner::LoadCell},
+                                                              {"lc", Conditioner::LoadCell}};
+
+const char* NameOf(Conditioner c) {
+  switch (c) {
+    case Conditioner::Temperature:
+      return "Temperature";
+    case Conditioner::Dc:
+      return "DC";
+    case Conditioner::TrueRms:
+      return "True RMS";
+    case Conditioner::LoadCell:
+      return "Load Cell";
+  }
+  return "?";
+}
+
+template <typename Number>
+std::optional<Number> ParseNumber(std::string_view text) {
+  Number value{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+std::optional<std::string> ParseConditioner(std::string_view text, MeterOptions& meter) {
+  for (const auto& entry : kConditionerNames) {
+    if (text == entry.name) {
+      meter.conditioner = entry.conditioner;
+      return std::nullopt;
+    }
+  }
+  return "unknown conditioner \"" + std::string(text) + "\" (temperature, dc, rms, load-cell)";
+}
+
+std::optional<std::string> ParseTeds(std::string_view text, MeterOptions& meter) {
+  meter.tedsHardware = text == "hardware" || text == "present";
+  meter.tedsPresent = text == "present";
+  if (text == "none" || meter.tedsHardware) return std::nullopt;
+  return "unknown data sheet setting \"" + std::string(text) + "\" (none, hardware, present)";
+}
+
+std::optional<std::string> ParseBaud(std::string_view text, ProgramOptions& options) {
+  const auto baud = ParseNumber<int>(text);
+  if (!baud || *baud <= 0) return "bad baud rate \"" + std::string(text) + "\"";
+  options.port.baud = *baud;
+  for (std::size_t i = 0; i < kBaudTable.size(); ++i)
+    if (kBaudTable[i] == *baud) options.meter.baudIndex = static_cast<int>(i);
+  return std::nullopt;
+}
+
+bool IsHex2(std::string_view text) {
+  return text.size() == 2 && std::isxdigit(static_cast<unsigned char>(text[0])) &&
+         std::isxdigit(static_cast<unsigned char>(text[1]));
+}
+
+// One option with its value.
+std::optional<std::string> ParseValued(std::string_view name, std::string_view value, ProgramOptions& options) {
+  MeterOptions& meter = options.meter;
+  if (name == "--link") {
+    options.linkPath = value;
+  } else if (name == "--image") {
+    options.imageFile = value;
+  } else if (name == "--conditioner") {
+    return ParseConditioner(value, meter);
+  } else if (name == "--kind") {
+    if (value != "basic" && value != "extended") return "kind is basic or extended";
+    meter.extended = value == "extended";
+    options.kindGiven = true;
+  } else if (name == "--revision") {
+    const auto rev = ParseNumber<int>(value);
+    if (!rev || *rev < 0 || *rev > 255) return "revision is a number 0 to 255";
+    meter.firmwareRev = *rev;
+  } else if (name == "--teds") {
+    return ParseTeds(value, meter);
+  } else if (name == "--latency") {
+    const auto ms = ParseNumber<uint32_t>(value);
+    if (!ms) return "latency is a number of milliseconds";
+    options.port.latencyMs = *ms;
+  } else if (name == "--baud") {
+    return ParseBaud(value, options);
+  } else if (name == "--address") {
+    if (value.size() != 1 || DigitSetValue(value[0]) < 0) return "address is one character 0-9 or A-V";
+    meter.address = DigitSetValue(value[0]);
+  } else if (name == "--options") {
+    if (!IsHex2(value)) return "options register is two hexadecimal digits";
+    meter.optionRegister = static_cast<uint8_t>(std::stoi(std::string(value), nullptr, 16));
+  } else if (name == "--input" || name == "--noise") {
+    const auto number = ParseNumber<double>(value);
+    if (!number) return std::string(name) + " takes a number";
+    (name == "--input" ? options.input : options.noise) = *number;
+  } else {
+    return "unknown option " + std::string(name);
+  }
+  return std::nullopt;
+}
+
+// "on", "off", or nothing for "on".
+std::optional<bool> OnOff(std::string_view text) {
+  if (text.empty() || text == "on") return true;
+  if (text == "off") return false;
+  return std::nullopt;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) text.remove_suffix(1);
+  return text;
+}
+
+}  // namespace
+
+std::optional<std::string> ParseArguments(const std::vector<std::string>& args, ProgramOptions& options) {
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string& arg = args[i];
+    if (arg == "--help" || arg == "-h") {
+      options.help = true;
+    } else if (arg == "--echo") {
+      options.port.echo = true;
+    } else if (arg.starts_with("--")) {
+      const std::size_t equals = arg.find('=');
+      std::string name = arg.substr(0, equals);
+      std::string value;
+      if (equals != std::string::npos) {
+        value = arg.substr(equals + 1);
+      } else if (i + 1 < args.size()) {
+        value = args[++i];
+      } else {
+        return name + " needs a value";
+      }
+      if (auto error = ParseValued(name, value, options)) return error;
+    } else {
+      return "unexpected argument \"" + arg + "\"";
+    }
+  }
+  if (!options.help && options.linkPath.empty()) return "--link PATH is required";
+  return std::nullopt;
+}
+
+std::optional<std::string> ReadSetupFile(ProgramOptions& options, std::string& image) {
+  std::ifstream file(options.imageFile, std::ios::binary);
+  if (!file) return "cannot read the setup file " + options.imageFile;
+  std::string kind;
+  std::getline(file, image);
+  std::getline(file, kind);
+  // Each line is one field: up to a comma or the line end.
+  const auto field = [](std::string& line) { line = std::string(Trimmed(line.substr(0, line.find(',')))); };
+  field(image);
+  field(kind);
+  if (image.empty()) return "the setup file " + options.imageFile + " holds no image";
+  if (!options.kindGiven && (kind == "0" || kind == "1")) options.meter.extended = kind == "1";
+  return std::nullopt;
+}
+
+std::string StatusText(const Meter& meter, const MeterPort& port) {
+  const Meter& m = meter;
+  const MeterOptions& o = m.Options();
+  const PortOptions& p = port.Options();
+  std::ostringstream text;
+  text << NameOf(m.FittedConditioner()) << " meter, " << (o.extended ? "EXTENDED" : "BASIC") << ", revision "
+       << int{m.Memory().Byte(121)} << ", address " << m.AddressChar() << ", options " << m.Register(0x30)
+       << ", data sheet "
+       << (o.tedsPresent    ? "present"
+           : o.tedsHardware ? "hardware only"
+                            : "none")
+       << "; " << p.baud << " baud, latency " << p.latencyMs << " ms" << (p.echo ? ", echo" : "")
+       << (p.silent ? ", silent" : "") << (p.babble ? ", babbling" : "") << "; input " << m.Input() << ", noise "
+       << m.Noise();
+  return text.str();
+}
+
+ControlResult ApplyControlLine(std::string_view line, MeterPort& port) {
+  line = Trimmed(line);
+  const std::size_t space = line.find(' ');
+  const std::string_view word = line.substr(0, space);
+  const std::string_view value = space == std::string_view::npos ? std::string_view{} : Trimmed(line.substr(space));
+  Meter& meter = port.Device();
+  PortOptions& options = port.Options();
+  if (word.empty()) return {};
+  if (word == "quit" || word == "exit") return {true, "quitting"};
+  if (word == "help") return {false, ControlHelpText()};
+  if (word == "status") return {false, StatusText(meter, port)};
+  if (word == "image") return {false, "image " + meter.Image()};
+  if (word == "input" || word == "noise" || word == "latency") {
+    const auto number = ParseNumber<double>(value);
+    if (!number || (word != "input" && *number < 0)) return {false, std::string(word) + " takes a number"};
+    if (word == "input") meter.ApplyInput(*number);
+    if (word == "noise") meter.SetNoise(*number);
+    if (word == "latency") options.latencyMs = static_cast<uint32_t>(*number);
+    return {false, std::string(word) + " " + std::string(value)};
+  }
+  if (word == "silent" || word == "babble" || word == "echo") {
+    const auto on = OnOff(value);
+    if (!on) return {false, std::string(word) + " takes on or off"};
+    (word == "silent" ? options.silent : word == "babble" ? options.babble : options.echo) = *on;
+    return {false, std::string(word) + (*on ? " on" : " off")};
+  }
+  return {false, "unknown control \"" + std::string(line) + "\"; type help"};
+}
+
+std::string UsageText() {
+  return R"(Usage: dpm-emulator --link PATH [options]
+
+A digital panel meter on a pseudo-terminal. The meter answers the serial command
+protocol (setup memory reads and writes, registers, readings, continuous output,
+resets, remote display, load cell data sheet) at the pace of a real line. PATH
+becomes a symbolic link to the terminal, so a program can open it as its port
+(for instance COM1 in the program's folder). The link is removed on quit.
+
+Options:
+  --link PATH            where to put the link to the terminal (required)
+  --conditioner NAME     temperature, dc, rms or load-cell (default: as the setup
+                         says, which for the built-in setup is dc)
+  --kind basic|extended  the meter's kind (default extended)
+  --revision N           firmware revision, 0 to 255 (default: the setup's, 4)
+  --teds none|hardware|present
+                         load cell data sheet hardware, and a data sheet on it
+                         (default none)
+  --echo                 send every command back before its reply
+  --latency MS           milliseconds from a command to its answer (default 3)
+  --baud N               line speed the answers are paced at, 10 bits a
+                         character (default 9600); a rate of the meter's table
+                         (300 to 19200) is also put into its setup
+  --address C            the meter's address, 0-9 or A-V (default: the setup's, 1)
+  --image FILE           start from a setup file (.DPM): its first line is the
+                         setup image, its second the kind (0 basic, 1 extended)
+  --options HH           the option register: boards fitted and lockout jumper
+                         (default: digits 49-50 of the setup)
+  --input X              the input applied at start, in the units of the range
+  --noise X              noise on the input, one standard deviation
+  --help                 this text
+
+Each command heard and each answer is printed on one line. While it runs, the
+emulator takes control lines on standard input:
+)" + ControlHelpText() +
+         R"(
+It stops on quit, on end of input from a terminal, and on SIGINT or SIGTERM.
+With input that is not a terminal (such as </dev/null) it keeps running after
+the end of input.
+)";
+}
+
+std::string ControlHelpText() {
+  return R"(  input X         apply X at the input (volts on a volt range, mA on a
+                  milliampere range, degrees on a temperature range)
+  noise X         noise on the input, one standard deviation; 0 for none
+  silent on|off   stop answering (commands still take effect)
+  babble on|off   put bursts of garbage on the line
+  echo on|off     send every command back before its reply
+  latency MS      milliseconds from a command to its answer
+  status          show how the meter is set
+  image           print the setup image the meter holds
+  quit            remove the link and stop)";
+}
+
+}  // namespace dpm::emulator

@@ -1,0 +1,95 @@
+#include "emulator/control.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+namespace dpm::emulator {
+namespace {
+
+TEST(EmulatorControlTest, CommandLine) {
+  ProgramOptions options;
+  EXPECT_EQ(
+      ParseArguments({"--link",    "bin/COM1", "--conditioner", "load-cell",    "--kind",  "basic", "--revision", "10",
+                      "--teds",    "present",  "--echo",        "--latency=20", "--baud",  "19200", "--address",  "C",
+                      "--options", "F5",       "--input",       "1.5",          "--noise", "0.01"},
+                     options),
+      std::nullopt);
+  EXPECT_EQ(options.linkPath, "bin/COM1");
+  EXPECT_EQ(options.meter.conditioner, Conditioner::LoadCell);
+  EXPECT_FALSE(options.meter.extended);
+  EXPECT_EQ(options.meter.firmwareRev, 10);
+  EXPECT_TRUE(options.meter.tedsHardware && options.meter.tedsPresent);
+  EXPECT_TRUE(options.port.echo);
+  EXPECT_EQ(options.port.latencyMs, 20u);
+  EXPECT_EQ(options.port.baud, 19200);
+  EXPECT_EQ(options.meter.baudIndex, 6) << "a rate of the meter's table goes into its setup";
+  EXPECT_EQ(options.meter.address, 12);
+  EXPECT_EQ(options.meter.optionRegister, 0xF5);
+  EXPECT_EQ(options.input, 1.5);
+  EXPECT_EQ(options.noise, 0.01);
+
+  for (const std::vector<std::string>& wrong : {std::vector<std::string>{},
+                                                {"--link"},
+                                                {"--link", "x", "--kind", "medium"},
+                                                {"--link", "x", "--revision", "300"},
+                                                {"--link", "x", "--address", "W"},
+                                                {"--link", "x", "--teds", "maybe"},
+                                                {"--link", "x", "--options", "7"},
+                                                {"--link", "x", "--conditioner", "ac"},
+                                                {"--link", "x", "--baud", "fast"},
+                                                {"--link", "x", "extra"}}) {
+    ProgramOptions ignored;
+    EXPECT_NE(ParseArguments(wrong, ignored), std::nullopt) << ::testing::PrintToString(wrong);
+  }
+  ProgramOptions help;
+  EXPECT_EQ(ParseArguments({"--help"}, help), std::nullopt) << "help needs no link";
+  EXPECT_TRUE(help.help);
+}
+
+TEST(EmulatorControlTest, SetupFileGivesImageAndKind) {
+  const auto path = std::filesystem::temp_directory_path() / "dpm_emulator_control_test.DPM";
+  std::ofstream(path, std::ios::binary) << std::string(128, '1') << "\r\n0\r\n";
+  ProgramOptions options;
+  options.imageFile = path.string();
+  std::string image;
+  EXPECT_EQ(ReadSetupFile(options, image), std::nullopt);
+  EXPECT_EQ(image, std::string(128, '1'));
+  EXPECT_FALSE(options.meter.extended);
+  options.meter.extended = true;
+  options.kindGiven = true;
+  EXPECT_EQ(ReadSetupFile(options, image), std::nullopt);
+  EXPECT_TRUE(options.meter.extended) << "the command line wins over the file";
+  std::filesystem::remove(path);
+  EXPECT_NE(ReadSetupFile(options, image), std::nullopt);
+}
+
+TEST(EmulatorControlTest, ControlLines) {
+  Meter meter;
+  MeterPort port(meter);
+  EXPECT_FALSE(ApplyControlLine("input 0.05", port).quit);
+  EXPECT_EQ(meter.Input(), 0.05);
+  ApplyControlLine("  noise 0.002 ", port);
+  EXPECT_EQ(meter.Noise(), 0.002);
+  ApplyControlLine("silent", port);
+  ApplyControlLine("echo on", port);
+  ApplyControlLine("babble on", port);
+  ApplyControlLine("latency 40", port);
+  EXPECT_TRUE(port.Options().silent && port.Options().echo && port.Options().babble);
+  EXPECT_EQ(port.Options().latencyMs, 40u);
+  ApplyControlLine("silent off", port);
+  EXPECT_FALSE(port.Options().silent);
+  EXPECT_EQ(ApplyControlLine("image", port).message, "image " + meter.Image());
+  for (const char* wrong : {"input", "input x", "noise -1", "echo maybe", "jump"}) {
+    const ControlResult result = ApplyControlLine(wrong, port);
+    EXPECT_FALSE(result.quit);
+    EXPECT_FALSE(result.message.empty()) << wrong;
+  }
+  EXPECT_EQ(meter.Input(), 0.05) << "a wrong line changes nothing";
+  EXPECT_TRUE(ApplyControlLine("quit", port).quit);
+}
+
+}  // namespace
+}  // namespace dpm::emulator

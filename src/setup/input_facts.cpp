@@ -91,15 +91,15 @@ int16_t InputModeFromList(int16_t sigCond, int16_t listIndex) {
 
 int16_t FirstInputModeOf(int16_t sigCond) { return kFirstModes.at(static_cast<std::size_t>(sigCond)); }
 
-bool CustomCurveInForce() { return g.SigCond != 0 && ReadField(0, 0, kConfigLow) == 1; }
+bool CustomCurveActive() { return g.SigCond != 0 && ReadField(0, 0, kConfigLow) == 1; }
 bool CustomCurveOffered() { return g.MeterKind == "1" && g.SigCond != 0; }
 bool RateOffered() { return g.MeterKind == "1"; }
 bool DecimalPointOffered() { return g.SigCond != 0; }
-bool ScaleOffered() { return g.InputMode != kThermocouple && !CustomCurveInForce(); }
-bool OffsetOffered() { return !CustomCurveInForce(); }
-bool CoordinatesOffered() { return g.SigCond != 0 && !CustomCurveInForce(); }
+bool ScaleOffered() { return g.InputMode != kThermocouple && !CustomCurveActive(); }
+bool OffsetOffered() { return !CustomCurveActive(); }
+bool CoordinatesOffered() { return g.SigCond != 0 && !CustomCurveActive(); }
 bool LowInOffered() { return CoordinatesOffered() || (g.InputMode == kRtd && g.InputRange == kRtdShort); }
-bool CustomCurveRd0Offered() { return CustomCurveInForce(); }
+bool CustomCurveRd0Offered() { return CustomCurveActive(); }
 bool LeadingZerosOffered() { return g.FirmwareRev == 0; }
 bool TranCharsOffered() { return g.FirmwareRev > 0; }
 bool AlarmsOffered() { return g.RelayOption != 0; }

@@ -30,7 +30,7 @@ int16_t FirstInputModeOf(int16_t sigCond);
 
 // Where the screens offer a field. Every field exists in every image; these say whether
 // the meter as described by the image and the derived facts makes use of it.
-bool CustomCurveInForce();     // a conditioner other than Temperature with its custom curve enabled
+bool CustomCurveActive();      // a conditioner other than Temperature with its custom curve enabled
 bool CustomCurveOffered();     // CustomCurve
 bool RateOffered();            // Rate
 bool DecimalPointOffered();    // DecimalPoint

@@ -126,7 +126,7 @@ TEST_F(InputFactsTest, CustomCurveRules) {
     WriteField(0, 0, 33, static_cast<int16_t>(c.curveBit));
     DeriveInputFacts();
     EXPECT_EQ(CustomCurveOffered(), c.offered);
-    EXPECT_EQ(CustomCurveInForce(), c.inForce);
+    EXPECT_EQ(CustomCurveActive(), c.inForce);
     EXPECT_EQ(CustomCurveRd0Offered(), c.inForce);
     EXPECT_EQ(ScaleOffered(), c.scale);
     EXPECT_EQ(OffsetOffered(), c.offset);

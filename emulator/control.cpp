@@ -140,6 +140,8 @@ std::optional<std::string> ParseArguments(const std::vector<std::string>& args, 
       options.help = true;
     } else if (arg == "--echo") {
       options.port.echo = true;
+    } else if (arg == "--two-wire") {
+      options.port.twoWire = true;
     } else if (arg.starts_with("--")) {
       const std::size_t equals = arg.find('=');
       std::string name = arg.substr(0, equals);
@@ -187,8 +189,8 @@ std::string StatusText(const Meter& meter, const MeterPort& port) {
            : o.tedsHardware ? "hardware only"
                             : "none")
        << "; " << p.baud << " baud, latency " << p.latencyMs << " ms" << (p.echo ? ", echo" : "")
-       << (p.silent ? ", silent" : "") << (p.babble ? ", babbling" : "") << "; input " << m.Input() << ", noise "
-       << m.Noise();
+       << (p.twoWire ? ", two-wire" : "") << (p.silent ? ", silent" : "") << (p.babble ? ", babbling" : "")
+       << "; input " << m.Input() << ", noise " << m.Noise();
   return text.str();
 }
 
@@ -240,7 +242,8 @@ Options:
                          load cell data sheet hardware, and a data sheet on it
                          (default none)
   --echo                 send every command back before its reply
-  --latency MS           milliseconds from a command to its answer (default 3)
+  --two-wire             a half-duplex line: the program hears its own commands
+  --latency MS           milliseconds from a command to its answer (default 20)
   --baud N               line speed the answers are paced at, 10 bits a
                          character (default 9600); a rate of the meter's table
                          (300 to 19200) is also put into its setup

@@ -46,8 +46,19 @@ uint64_t MeterPort::CharactersTimeUs(uint64_t characters) const {
 
 void MeterPort::FromHost(std::string_view bytes, uint64_t nowUs) {
   const uint64_t begin = std::max(nowUs, hostLineFreeUs_);
-  for (std::size_t k = 0; k < bytes.size(); ++k) incoming_.push_back({begin + CharactersTimeUs(k + 1), bytes[k]});
+  for (std::size_t k = 0; k < bytes.size(); ++k) {
+    const Timed timed{begin + CharactersTimeUs(k + 1), bytes[k]};
+    incoming_.push_back(timed);
+    if (options_.twoWire) HearBack(timed);
+  }
   hostLineFreeUs_ = begin + CharactersTimeUs(bytes.size());
+}
+
+// On a two-wire line the host's receiver sees every character the host puts on it.
+void MeterPort::HearBack(const Timed& timed) {
+  const auto later = std::upper_bound(outgoing_.begin(), outgoing_.end(), timed.atUs,
+                                      [](uint64_t at, const Timed& t) { return at < t.atUs; });
+  outgoing_.insert(later, timed);
 }
 
 std::string MeterPort::Poll(uint64_t nowUs) {

@@ -18,11 +18,14 @@
 namespace dpm::emulator {
 
 struct PortOptions {
-  bool echo = false;       // the command and its CR come back before the reply
-  uint32_t latencyMs = 3;  // from the end of a command to the first character of the answer
-  int baud = 9600;         // characters of 10 bits (start, 8 data, stop); 0 carries them at once
-  bool silent = false;     // the meter sends nothing; what it hears still takes effect
-  bool babble = false;     // a burst of garbage every few milliseconds, besides the answers
+  bool echo = false;  // the command and its CR come back before the reply
+  // From the end of a command to the first character of the answer. Long enough for a
+  // host on a two-wire line to turn its line round before the answer comes.
+  uint32_t latencyMs = 20;
+  int baud = 9600;       // characters of 10 bits (start, 8 data, stop); 0 carries them at once
+  bool silent = false;   // the meter sends nothing; what it hears still takes effect
+  bool babble = false;   // a burst of garbage every few milliseconds, besides the answers
+  bool twoWire = false;  // a half-duplex line: the host hears its own characters as it sends them
 };
 
 class MeterPort {
@@ -48,9 +51,14 @@ class MeterPort {
   uint64_t CharactersTimeUs(uint64_t characters) const;
 
  private:
+  struct Timed {
+    uint64_t atUs;
+    char c;
+  };
   enum class Due { None, Incoming, Record, Babble };
   Due NextDue(uint64_t nowUs, uint64_t& atUs) const;
   void Hear(char c, uint64_t atUs);
+  void HearBack(const Timed& timed);
   void Command(const std::string& line, uint64_t atUs);
   void LogCommand(const std::string& line, const Meter::Answer& answer);
   void SendRecord(uint64_t atUs);
@@ -58,11 +66,6 @@ class MeterPort {
   // Queues the text to leave the meter no earlier than `startUs`; returns when it is through.
   uint64_t Send(const std::string& text, uint64_t startUs);
   void Log(const std::string& line) const;
-
-  struct Timed {
-    uint64_t atUs;
-    char c;
-  };
 
   Meter& meter_;
   PortOptions options_;

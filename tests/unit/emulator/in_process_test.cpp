@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "link/transport.h"
@@ -10,6 +11,8 @@
 
 namespace dpm::emulator {
 namespace {
+
+using Kind = fake::FakeSerialLine::Kind;
 
 // The program on the in-memory line with an emulated meter at the far end.
 class InProcessMeterTest : public testing::LinkTest {
@@ -73,7 +76,7 @@ TEST_F(InProcessMeterTest, EchoComesAheadOfTheReply) {
   PortOptions port;
   port.echo = true;
   Plug({}, port);
-  EXPECT_EQ(MsUntilAnswered("G130", 10), 21u) << "7 characters of echo, 3 ms, 3 characters of answer";
+  EXPECT_EQ(MsUntilAnswered("G130", 10), 38u) << "7 characters of echo, 20 ms, 3 characters of answer";
   EXPECT_EQ(line.Input(), "*1G130\r75\r");
   // Read as it arrives, the transport takes the echo off.
   g.CommandText = "*1G12D";
@@ -81,6 +84,29 @@ TEST_F(InProcessMeterTest, EchoComesAheadOfTheReply) {
   ReceiveReply();
   EXPECT_EQ(g.ErrFlag, kReplyOk);
   EXPECT_EQ(g.ReplyText, "60");
+}
+
+TEST_F(InProcessMeterTest, TwoWireLineGivesTheProgramItsOwnCommandBack) {
+  PortOptions port;
+  port.twoWire = true;
+  Plug({}, port);
+  g.CommandText = "*1G130";
+  SendCommand();
+  time.Run(50);
+  EXPECT_EQ(line.Input(), "*1G130\r75\r");
+  // A half-duplex program throws its own command away after sending.
+  g.HalfDuplexFlag = 1;
+  SendCommand();
+  ReceiveReply();
+  EXPECT_EQ(g.ErrFlag, kReplyOk);
+  EXPECT_EQ(g.ReplyText, "75");
+  // The first read after the send takes the command off the line.
+  const auto& events = line.Transcript();
+  auto sent = std::find_if(events.rbegin(), events.rend(), [](const auto& e) { return e.kind == Kind::Sent; });
+  ASSERT_NE(sent, events.rend());
+  const auto read = std::find_if(sent.base(), events.end(), [](const auto& e) { return e.kind == Kind::Discarded; });
+  ASSERT_NE(read, events.end());
+  EXPECT_EQ(read->text, "*1G130\r");
 }
 
 TEST_F(InProcessMeterTest, SilentMeterHearsButDoesNotAnswer) {
@@ -134,7 +160,7 @@ TEST_F(InProcessMeterTest, ContinuousOutputAtLineRateFillsTheLine) {
   SendCommand();
   time.Run(1000);
   // 960 characters a second at 9600 baud, less the command and the latency.
-  EXPECT_NEAR(static_cast<double>(line.Input().size()), 960 - 7 - 3, 8);
+  EXPECT_NEAR(static_cast<double>(line.Input().size()), 960 - 7 - 20, 8);
 }
 
 }  // namespace

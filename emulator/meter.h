@@ -18,20 +18,20 @@ enum class Conditioner { Temperature, Dc, TrueRms, LoadCell };
 
 struct MeterOptions {
   // The plug-in conditioner; without it, the one the setup's mode belongs to.
-  std::optional<Conditioner> conditioner;
+  std::optional<Conditioner> conditioner{};
   // EXTENDED or BASIC: only an EXTENDED meter owns up to its extended features.
   bool extended = true;
   // Written into the setup when given: firmware revision (0-255), address (0-31), baud
   // rate index (0-6).
-  std::optional<int> firmwareRev;
-  std::optional<int> address;
-  std::optional<int> baudIndex;
+  std::optional<int> firmwareRev{};
+  std::optional<int> address{};
+  std::optional<int> baudIndex{};
   // The option register: boards fitted and the lockout jumper. Without it, as the setup says.
-  std::optional<uint8_t> optionRegister;
+  std::optional<uint8_t> optionRegister{};
   // The data sheet of a load cell: the hardware that reads it, and a sheet to read.
   bool tedsHardware = false;
   bool tedsPresent = false;
-  std::string dataSheet;  // 116 hexadecimal digits; empty gives a sample sheet
+  std::string dataSheet{};  // 116 hexadecimal digits; empty gives a sample sheet
   uint32_t noiseSeed = 1;
 };
 

@@ -77,7 +77,7 @@ TEST_F(ValueEntryTest, LoadDigitsPlacesSignDigitsAndPoint) {
   };
   const Case cases[] = {
       {" +1. 0000", 2, {"+", "1.", "0", "0", "0", "0"}, 0, 5},
-      {" +12345.", 3, {"+", "1", "2", "3", "4", "5."}, 0, 1},  // sign, five digits, point: the last place
+      {" +12345.", 3, {"+", "1", "2", "3", "4", "5."}, 0, 1},   // sign, five digits, point: the last place
       {" +. 12345", 2, {"+.", "1", "2", "3", "4", "5"}, 0, 6},  // sign, point, five digits: the sign place
       {" - 012. 34", 2, {"-", "0", "1", "2.", "3", "4"}, 0, 3},
       {"+00050", 0, {"+", "0", "0", "0", "5", "0"}, 0, 8},  // no point: no place holds one

@@ -1,0 +1,354 @@
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "page1_fixture.h"
+#include "setup/main_menu.h"
+
+namespace dpm::testing {
+namespace {
+
+struct RuleCase {
+  const char* what;
+  std::function<void()> image;           // changes to the default setup before the page opens
+  std::function<void(SetupPage1&)> act;  // what the user does on the page
+  std::map<int, std::string> digits;     // bytes of the image afterwards, by position
+  const char* boxes;                     // the scaling boxes left to click
+  const char* loInCaption;
+  std::function<void(SetupPage1&)> more;  // further checks, where a case has them
+};
+
+TEST_F(Page1Test, ConditionerModeRangeAndTheRulesOfThePage) {
+  const auto none = [] {};
+  const auto nothing = [](SetupPage1&) {};
+  const RuleCase cases[] = {
+      {"default setup",
+       none,
+       nothing,
+       {{55, "60"}, {35, "01"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) {
+         EXPECT_EQ(p.cboSCOpt.Text(), "DC");
+         EXPECT_EQ(p.cboMode.Text(), "DC V");
+         EXPECT_EQ(p.cboFunc.Text(), "  0.2V");
+         EXPECT_EQ(p.cboResol.Text(), "4. 5 Digits");
+         EXPECT_EQ(p.cboDecPt.Text(), "ddddd .");
+         EXPECT_EQ(p.cboComOpt.Text(), "RS232 Board");
+         EXPECT_EQ(p.cboDVal.Text(), "Filtered");
+         EXPECT_TRUE(p.optExtend.Value());
+         EXPECT_TRUE(p.optSclOff.Value());
+         EXPECT_EQ(p.txtScale.Text(), " +00001.");
+         EXPECT_EQ(p.txtHiIn.Text(), " +. 20000");
+       }},
+      {"Load Cell from DC V range 3",
+       [] { ReplaceImageDigits(55, "63"); },
+       [](SetupPage1& p) { p.cboSCOpt.UserSelect(3); },
+       {{55, "C0"}, {35, "03"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) {
+         EXPECT_EQ(g.InputMode, 7);
+         EXPECT_EQ(g.InputRange, 0);
+         EXPECT_EQ(p.cboMode.Items(), (std::vector<std::string>{"Strain", "DC mV"}));
+         EXPECT_EQ(p.cboFunc.Text(), "  20.0mV");
+       }},
+      {"Temperature writes code 1, thermocouple keeps only the offset",
+       none,
+       [](SetupPage1& p) { p.cboSCOpt.UserSelect(0); },
+       {{55, "40"}, {35, "01"}},
+       "txtOffset",
+       "Low In",
+       [](SetupPage1& p) {
+         EXPECT_EQ(p.cboFunc.ListCount(), 14);
+         EXPECT_EQ(p.cboResol.Text(), "0.1 Deg");
+         EXPECT_FALSE(p.cboDecPt.AcceptsUser());
+         EXPECT_FALSE(p.cboCusCrv.AcceptsUser());
+         EXPECT_FALSE(p.optCoord.AcceptsUser());
+       }},
+      {"True RMS",
+       none,
+       [](SetupPage1& p) { p.cboSCOpt.UserSelect(2); },
+       {{55, "80"}, {35, "02"}},
+       "txtScale txtOffset",
+       "Low In",
+       nothing},
+      {"RTD Short takes the lead resistance",
+       [] { ReplaceImageDigits(55, "5C"); },
+       nothing,
+       {{55, "5C"}},
+       "txtScale txtOffset txtLoIn",
+       "Lead",
+       nothing},
+      {"mode DC A",
+       none,
+       [](SetupPage1& p) { p.cboMode.UserSelect(1); },
+       {{55, "70"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListCount(), 4); }},
+      {"mode Ratio",
+       [] { ReplaceImageDigits(55, "64"); },
+       [](SetupPage1& p) { p.cboMode.UserSelect(2); },
+       {{55, "A0"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListCount(), 3); }},
+      {"mode RMS A",
+       [] { ReplaceImageDigits(55, "80"); },
+       [](SetupPage1& p) { p.cboMode.UserSelect(1); },
+       {{55, "90"}},
+       "txtScale txtOffset",
+       "Low In",
+       nothing},
+      {"mode DC mV",
+       [] { ReplaceImageDigits(55, "C2"); },
+       [](SetupPage1& p) { p.cboMode.UserSelect(1); },
+       {{55, "D0"}},
+       "txtScale txtOffset",
+       "Low In",
+       nothing},
+      {"range 200 V",
+       none,
+       [](SetupPage1& p) { p.cboFunc.UserSelect(3); },
+       {{55, "63"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) { EXPECT_EQ(p.txtHiIn.Text(), " +200. 00"); }},
+      {"a range beyond the list shows the first and keeps the byte",
+       [] { ReplaceImageDigits(55, "69"); },
+       nothing,
+       {{55, "69"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListIndex(), 0); }},
+      {"custom curve leaves only Rd0",
+       none,
+       [](SetupPage1& p) { p.cboCusCrv.UserSelect(1); },
+       {{33, "01"}},
+       "txtLoIn",
+       "Rd0",
+       [](SetupPage1& p) {
+         EXPECT_EQ(g.CustomCurveInForce, 1);
+         EXPECT_FALSE(p.optSclOff.AcceptsUser());
+         EXPECT_FALSE(p.optRdCoord.AcceptsUser());
+         EXPECT_EQ(p.txtLoIn.Text(), g.CustomCurveRd0Text);
+       }},
+      {"custom curve on a temperature meter changes nothing",
+       [] { ReplaceImageDigits(55, "41"), ReplaceImageDigits(33, "01"); },
+       nothing,
+       {{33, "01"}},
+       "txtOffset",
+       "Low In",
+       [](SetupPage1&) { EXPECT_EQ(g.CustomCurveInForce, 0); }},
+      {"a BASIC meter with the curve bit still gets Rd0",
+       [] { g.MeterKind = "0", ReplaceImageDigits(33, "01"); },
+       nothing,
+       {{33, "01"}},
+       "txtLoIn",
+       "Rd0",
+       [](SetupPage1& p) { EXPECT_FALSE(p.cboCusCrv.AcceptsUser()); }},
+      {"BASIC clears custom curve and rate",
+       [] { ReplaceImageDigits(33, "B1"); },
+       [](SetupPage1& p) { p.optBasic.UserFocus(); },
+       {{33, "80"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) {
+         EXPECT_EQ(g.MeterKind, "0");
+         EXPECT_TRUE(p.optBasic.Value());
+         EXPECT_FALSE(p.cboRate.AcceptsUser());
+         EXPECT_EQ(g.HelpContext, 1301);
+       }},
+      {"EXTENDED sets digit 49 bit 2",
+       [] { g.MeterKind = "0", ReplaceImageDigits(49, "71"); },
+       [](SetupPage1& p) { p.optExtend.UserFocus(); },
+       {{49, "75"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) {
+         EXPECT_EQ(g.MeterKind, "1");
+         EXPECT_EQ(p.cboComOpt.Text(), "RS232 Board");
+         EXPECT_TRUE(p.cboRate.AcceptsUser());
+       }},
+      {"resolution rebuilds the input point",
+       none,
+       [](SetupPage1& p) { p.cboResol.UserSelect(3); },
+       {{53, "C0"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) { EXPECT_EQ(p.txtHiIn.Text(), " +2. 0000"); }},
+      {"decimal point re-reads the display values",
+       none,
+       [](SetupPage1& p) { p.cboDecPt.UserSelect(2); },
+       {{39, "03"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1& p) {
+         EXPECT_EQ(g.DisplayDp, 3);
+         EXPECT_EQ(p.txtHiRd.Text(), " +200. 00");
+       }},
+      {"rate, line frequency and leading zeros",
+       none,
+       [](SetupPage1& p) { p.cboRate.UserSelect(4), p.cboHz.UserSelect(1); },
+       {{33, "40"}, {53, "20"}},
+       "txtScale txtOffset",
+       "Low In",
+       nothing},
+      {"option boards and their shadows",
+       none,
+       [](SetupPage1& p) { p.cboRlyOpt.UserSelect(0), p.cboComOpt.UserSelect(3), p.cboAnaOpt.UserSelect(0); },
+       {{49, "1D"}},
+       "txtScale txtOffset",
+       "Low In",
+       [](SetupPage1&) {
+         EXPECT_EQ(g.RelayOption, 0);
+         EXPECT_EQ(g.CommOption, 3);
+         EXPECT_EQ(g.AnalogOption, 0);
+       }},
+  };
+  for (const RuleCase& c : cases) {
+    SCOPED_TRACE(c.what);
+    Forms().Reset();
+    DefaultData();
+    c.image();
+    SetupPage1& page = OpenPage();
+    c.act(page);
+    for (const auto& [position, byte] : c.digits) EXPECT_EQ(Digits(position), byte) << "digit " << position;
+    EXPECT_EQ(EnabledBoxes(page), c.boxes);
+    EXPECT_EQ(page.fraLoIn.Caption(), c.loInCaption);
+    EXPECT_TRUE(page.PageReady);
+    c.more(page);
+  }
+}
+
+TEST_F(Page1Test, ListsWriteNothingWhileThePageFills) {
+  // A display value that no filter allows: filling the page selects it and raises the
+  // list's click, which must not write the forced value back.
+  ReplaceImageDigits(51, "1A");
+  const std::string image = g.SetupImage;
+  SetupPage1& page = OpenPage();
+  EXPECT_EQ(page.cboDVal.Text(), "Batch 16 Avg");
+  page.RefreshPage1();
+  EXPECT_EQ(g.SetupImage, image);
+}
+
+TEST_F(Page1Test, NoFilterKeepsTheDisplayValueFiltered) {
+  struct Case {
+    const char* filterByte;
+    int pick;
+    const char* written;
+    const char* shown;
+  };
+  const Case cases[] = {
+      {"36", 0, "16", "Batch 16 Avg"},  // 1.2 s filter: the pick stands
+      {"3A", 0, "3A", "Filtered"},      // no filter: snaps back
+      {"1A", 1, "3A", "Filtered"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.filterByte);
+    Forms().Reset();
+    ReplaceImageDigits(51, c.filterByte);
+    SetupPage1& page = OpenPage();
+    page.cboDVal.UserSelect(c.pick);
+    EXPECT_EQ(Digits(51), c.written);
+    EXPECT_EQ(page.cboDVal.Text(), c.shown);
+  }
+}
+
+TEST_F(Page1Test, AStoredValueWithoutAnEntryShowsNoneAndKeepsItsBits) {
+  // Rate 7 and decimal point code 7 have no entry in their lists.
+  ReplaceImageDigits(33, "70");
+  ReplaceImageDigits(39, "07");
+  SetupPage1& page = OpenPage();
+  EXPECT_EQ(page.cboRate.ListIndex(), -1);
+  EXPECT_EQ(page.cboDecPt.ListIndex(), -1);
+  EXPECT_EQ(page.cboRate.ListCount(), 7);
+  // Other changes, and rebuilds, leave those bits alone.
+  page.cboHz.UserSelect(1);
+  page.cboResol.UserSelect(2);
+  EXPECT_EQ(Digits(33), "70");
+  EXPECT_EQ(Digits(39), "07");
+  // Until the user picks an entry.
+  page.cboRate.UserSelect(2);
+  EXPECT_EQ(Digits(33), "20");
+  EXPECT_EQ(page.cboRate.Text(), "Rate X 1");
+}
+
+TEST_F(Page1Test, LeadingZerosOnlyOnTheFirstFirmware) {
+  for (const int16_t revision : {0, 1, 4}) {
+    Forms().Reset();
+    g.FirmwareRev = revision;
+    SetupPage1& page = OpenPage();
+    EXPECT_EQ(page.fraLeadZ.Visible(), revision == 0) << revision;
+    EXPECT_EQ(page.cboLeadZ.AcceptsUser(), revision == 0) << revision;
+  }
+  SetupPage1& page = frmSetup1();
+  g.FirmwareRev = 0;
+  page.RefreshPage1();
+  page.cboLeadZ.UserSelect(1);
+  EXPECT_EQ(Digits(53), "10");
+}
+
+TEST_F(Page1Test, FocusStoresTheHelpContext) {
+  ReplaceImageDigits(55, "A1");  // Ratio: conditioner 1, mode 6
+  g.FirmwareRev = 0;             // leading zeros shown
+  SetupPage1& page = OpenPage();
+  const std::vector<std::pair<Control*, int16_t>> cases = {
+      {&page.cboSCOpt, 1302},  {&page.cboMode, 1306},  {&page.cboFunc, 1315},   {&page.cboCusCrv, 1318},
+      {&page.cboRate, 1319},   {&page.cboHz, 1320},    {&page.cboResol, 1321},  {&page.cboDVal, 1322},
+      {&page.cboDecPt, 1323},  {&page.cboLeadZ, 1324}, {&page.cboRlyOpt, 1102}, {&page.cboComOpt, 1303},
+      {&page.cboAnaOpt, 1304}, {&page.txtScale, 1326}, {&page.txtOffset, 1327}, {&page.optSclOff, 1325},
+      {&page.optExtend, 1301},
+  };
+  for (const auto& [control, context] : cases) {
+    g.HelpContext = 0;
+    control->UserFocus();
+    EXPECT_EQ(g.HelpContext, context) << control->Name();
+  }
+}
+
+TEST_F(Page1Test, ReturnFromTheValueEntryDialogKeepsThePage) {
+  SetupPage1& page = OpenPage();
+  page.txtOffset.UserClick();
+  EXPECT_TRUE(frmEntVal().IsActive());
+  // Something changes the image behind the page's back.
+  WriteField(6, 4, 33, 3);
+  frmEntVal().cmdCancel.UserClick();
+  EXPECT_TRUE(page.IsActive());
+  EXPECT_EQ(page.cboRate.Text(), "Disabled") << "closing the dialog rebuilds nothing";
+
+  // The main menu and back: the flag still stands.
+  page.cmdMMenu.UserClick();
+  EXPECT_TRUE(frmMMenu().IsActive());
+  EXPECT_FALSE(page.Visible());
+  page.Show();
+  EXPECT_EQ(page.cboRate.Text(), "Disabled");
+
+  // Any other arrival rebuilds the page from the image.
+  page.Hide();
+  g.EntryReturnFlag = 0;
+  page.Show();
+  EXPECT_EQ(page.cboRate.Text(), "Rate X 10");
+}
+
+TEST_F(Page1Test, NavigationAndClosing) {
+  SetupPage1& page = OpenPage();
+  page.cmdNextPage.UserClick();
+  EXPECT_TRUE(page.IsActive()) << "there is no page 2 to go to yet";
+  page.cmdMMenu.UserClick();
+  EXPECT_TRUE(frmMMenu().IsActive());
+  EXPECT_FALSE(dialogs.hourglass);
+  page.Show();
+  page.txtScale.UserClick();
+  page.UserClose();
+  EXPECT_FALSE(Forms().IsLoaded(SetupPage1::kName));
+  EXPECT_TRUE(frmMMenu().IsActive());
+  EXPECT_EQ(g.EntryBox, nullptr) << "the dialog no longer serves a box of the closed page";
+  // Opened again while the flag of the entry still stands, the new page fills itself.
+  ASSERT_EQ(g.EntryReturnFlag, 1);
+  EXPECT_EQ(OpenPage().cboSCOpt.Text(), "DC");
+}
+
+}  // namespace
+}  // namespace dpm::testing

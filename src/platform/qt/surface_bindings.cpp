@@ -1,0 +1,215 @@
+#include "platform/qt/surface_bindings.h"
+
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QSignalBlocker>
+#include <QTableWidget>
+
+#include "platform/faults.h"
+#include "platform/forms/form.h"
+#include "platform/forms/grid.h"
+#include "platform/forms/picture.h"
+#include "platform/qt/qt_pictures.h"
+#include "platform/qt/qt_units.h"
+
+namespace dpm::qt {
+namespace {
+
+// Grid.
+
+class GridBinding : public WidgetBinding {
+ public:
+  GridBinding(Control& control, QTableWidget& table) : WidgetBinding(control, table), table_(table) {
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table.setSelectionMode(QAbstractItemView::SingleSelection);
+    table.horizontalHeader()->hide();
+    table.verticalHeader()->hide();
+    connect(&table, &QTableWidget::cellClicked, this, [this](int row, int col) {
+      FromUser([row, col](Control& c) { static_cast<Grid&>(c).UserClickCell(row, col); });
+    });
+  }
+
+ protected:
+  void SyncOwn() override { ApplyOwn(Property::Cells); }
+  void ApplyOwn(Property property) override {
+    const auto& grid = static_cast<const Grid&>(*Model());
+    switch (property) {
+      case Property::Cells: Rebuild(grid); break;
+      case Property::Cell: SetCell(grid, grid.LastChangedRow(), grid.LastChangedCol()); break;
+      case Property::Selection: table_.setCurrentCell(grid.Row(), grid.Col()); break;
+      default: break;
+    }
+  }
+
+ private:
+  void Rebuild(const Grid& grid) {
+    table_.setRowCount(grid.Rows());
+    table_.setColumnCount(grid.Cols());
+    for (int c = 0; c < grid.Cols(); ++c) {
+      if (grid.ColWidth(c) > 0) table_.setColumnWidth(c, ToPixels(grid.ColWidth(c)));
+    }
+    for (int r = 0; r < grid.Rows(); ++r) {
+      if (grid.RowHeight(r) > 0) table_.setRowHeight(r, ToPixels(grid.RowHeight(r)));
+      for (int c = 0; c < grid.Cols(); ++c) SetCell(grid, r, c);
+    }
+    const int bars = grid.ScrollBars();
+    table_.setHorizontalScrollBarPolicy((bars & 1) != 0 ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    table_.setVerticalScrollBarPolicy((bars & 2) != 0 ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+  }
+
+  void SetCell(const Grid& grid, int row, int col) {
+    if (row >= table_.rowCount() || col >= table_.columnCount()) return;
+    QTableWidgetItem* item = table_.item(row, col);
+    if (item == nullptr) {
+      item = new QTableWidgetItem;
+      table_.setItem(row, col, item);
+    }
+    item->setText(QString::fromStdString(grid.TextMatrix(row, col)));
+    if (row < grid.FixedRows() || col < grid.FixedCols()) item->setBackground(table_.palette().button());
+  }
+
+  QTableWidget& table_;
+};
+
+// Picture.
+
+QFont ToQFont(const FontSpec& spec) {
+  QFont font(QString::fromStdString(spec.name));
+  font.setPointSizeF(spec.size);
+  font.setBold(spec.bold);
+  return font;
+}
+
+Qt::PenStyle PenStyleOf(int drawStyle) {
+  switch (drawStyle) {
+    case 1: return Qt::DashLine;
+    case 2: return Qt::DotLine;
+    case 3: return Qt::DashDotLine;
+    case 4: return Qt::DashDotDotLine;
+    case 5: return Qt::NoPen;
+    default: return Qt::SolidLine;
+  }
+}
+
+QPointF ToPoint(double xTwips, double yTwips) { return {xTwips / kTwipsPerPixel, yTwips / kTwipsPerPixel}; }
+
+void Paint(QPainter& painter, const DrawOp& op) {
+  const QColor color = ToQColor(op.color);
+  switch (op.kind) {
+    case DrawOp::Kind::Line:
+      painter.setPen(QPen(color, op.width, PenStyleOf(op.style)));
+      painter.drawLine(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2));
+      break;
+    case DrawOp::Kind::Box:
+      painter.setPen(QPen(color, op.width, PenStyleOf(op.style)));
+      painter.setBrush(Qt::NoBrush);
+      painter.drawRect(QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized());
+      break;
+    case DrawOp::Kind::FilledBox:
+      painter.fillRect(QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized(), color);
+      break;
+    case DrawOp::Kind::Text: {
+      const QFont font = ToQFont(op.font);
+      painter.setFont(font);
+      painter.setPen(color);
+      const QPointF topLeft = ToPoint(op.x1, op.y1);
+      painter.drawText(topLeft + QPointF(0, QFontMetricsF(font).ascent()), QString::fromStdString(op.text));
+      break;
+    }
+  }
+}
+
+std::pair<double, double> MeasureText(const std::string& text, const FontSpec& font) {
+  const QFontMetricsF metrics(ToQFont(font));
+  return {metrics.horizontalAdvance(QString::fromStdString(text)) * kTwipsPerPixel,
+          metrics.height() * kTwipsPerPixel};
+}
+
+// The drawing is painted onto a pixmap that the label shows; new operations are painted
+// onto it as they come, and a clear, a new picture or a new size paints it anew.
+class PictureBinding : public WidgetBinding {
+ public:
+  PictureBinding(Control& control, QLabel& label) : WidgetBinding(control, label), label_(label) {
+    label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label.installEventFilter(this);
+    static_cast<PictureBox&>(control).SetTextMeasure(&MeasureText);
+  }
+
+ protected:
+  void SyncOwn() override { PaintAll(); }
+  void ApplyOwn(Property property) override {
+    if (property == Property::Drawing) PaintNew();
+    if (property == Property::Colors || property == Property::Geometry) PaintAll();
+  }
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonRelease &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+      FromUser([](Control& c) { c.UserClick(); });
+    } else if (event->type() == QEvent::MouseButtonDblClick) {
+      FromUser([](Control& c) { c.UserDblClick(); });
+    } else if (event->type() == QEvent::Resize && Model() != nullptr) {
+      PaintAll();
+    }
+    return false;
+  }
+
+ private:
+  const PictureBox& Picture() const { return static_cast<const PictureBox&>(*Model()); }
+
+  void PaintAll() {
+    const PictureBox& picture = Picture();
+    canvas_ = QPixmap(label_.size().expandedTo(QSize(1, 1)));
+    // Without a colour of its own the label's designed background shows through.
+    canvas_.fill(picture.BackColor() != kDesignColor ? ToQColor(picture.BackColor()) : QColor(Qt::transparent));
+    shownPicture_ = picture.Picture();
+    QPainter painter(&canvas_);
+    if (const QPixmap image = PixmapOf(shownPicture_); !image.isNull()) painter.drawPixmap(0, 0, image);
+    for (const DrawOp& op : picture.Ops()) Paint(painter, op);
+    painter.end();
+    painted_ = picture.Ops().size();
+    label_.setPixmap(canvas_);
+  }
+
+  void PaintNew() {
+    const PictureBox& picture = Picture();
+    if (picture.Ops().size() < painted_ || !(picture.Picture() == shownPicture_) || canvas_.size() != label_.size()) {
+      PaintAll();
+      return;
+    }
+    QPainter painter(&canvas_);
+    for (std::size_t i = painted_; i < picture.Ops().size(); ++i) Paint(painter, picture.Ops()[i]);
+    painter.end();
+    painted_ = picture.Ops().size();
+    label_.setPixmap(canvas_);
+  }
+
+  QLabel& label_;
+  QPixmap canvas_;
+  PictureRef shownPicture_;
+  std::size_t painted_ = 0;
+};
+
+[[noreturn]] void NotShownBy(const Control& control, const QWidget* widget, const char* needed) {
+  throw RuntimeFault(control.Owner().Name() + ": the " + KindName(control.Kind()) + " " + control.ObjectName() +
+                     " needs a " + needed + ", not a " + widget->metaObject()->className());
+}
+
+}  // namespace
+
+std::unique_ptr<ControlBinding> MakeGridBinding(Control& grid, QWidget* widget) {
+  auto* table = qobject_cast<QTableWidget*>(widget);
+  if (table == nullptr) NotShownBy(grid, widget, "QTableWidget");
+  return std::make_unique<GridBinding>(grid, *table);
+}
+
+std::unique_ptr<ControlBinding> MakePictureBinding(Control& picture, QWidget* widget) {
+  auto* label = qobject_cast<QLabel*>(widget);
+  if (label == nullptr) NotShownBy(picture, widget, "QLabel");
+  return std::make_unique<PictureBinding>(picture, *label);
+}
+
+}  // namespace dpm::qt

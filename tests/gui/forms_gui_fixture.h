@@ -1,0 +1,70 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QWidget>
+
+#include "link/globals.h"
+#include "platform/fake/virtual_time.h"
+#include "platform/forms/form_manager.h"
+#include "platform/qt/form_binder.h"
+#include "platform/qt/qt_dialogs.h"
+#include "platform/services.h"
+
+namespace dpm::testing {
+
+// Serves Qt's events and moves a virtual clock on by a millisecond each turn, so that the
+// program's waits cost no real time while the windows stay alive.
+class QtEventsInVirtualTime : public EventPump {
+ public:
+  explicit QtEventsInVirtualTime(fake::VirtualTime& time) : time_(time) {}
+  void Serve() override {
+    QCoreApplication::processEvents();
+    time_.Serve();
+  }
+
+ private:
+  fake::VirtualTime& time_;
+};
+
+// Forms with real windows from their layouts, real dialogs, and virtual time.
+class GuiFormsTest : public ::testing::Test {
+ protected:
+  GuiFormsTest() {
+    ResetGlobals();
+    Forms().Reset();
+    Platform() = Services{&time, &events, nullptr, &dialogs};
+    qt::InstallFormBinder();
+    Forms().SetEndAction([this] { ++endings; });
+  }
+  ~GuiFormsTest() override {
+    Forms().Reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    Platform() = Services{};
+  }
+
+  // Shows the window of the form and waits until it is the active window.
+  static QWidget* ShowActive(Form& form) {
+    form.Show();
+    QWidget* window = qt::WindowOf(form);
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+    return window;
+  }
+
+  template <class W>
+  static W* Find(QWidget* window, const char* name) {
+    W* widget = window->findChild<W*>(name);
+    EXPECT_NE(widget, nullptr) << name;
+    return widget;
+  }
+
+  fake::VirtualTime time;
+  QtEventsInVirtualTime events{time};
+  qt::QtDialogs dialogs;
+  int endings = 0;
+};
+
+}  // namespace dpm::testing

@@ -4,6 +4,7 @@
 
 #include "link/globals.h"
 #include "link/transport.h"
+#include "pages/setup_page1.h"
 #include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
@@ -180,9 +181,19 @@ void MainMenu::mnuExit_Click() {
   Forms().End();
 }
 
+// The setup pages stay loaded between visits; the value entry dialog starts afresh. The
+// hourglass is this window's, and this window is out of sight once the page shows: the
+// page is worked with the normal pointer.
+void MainMenu::mnuSetup_Click() {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmSetup1().Show();
+  Forms().Unload("frmEntVal");
+  Hide();
+  DefaultPointer();
+}
+
 // The screens behind these items are not part of the program yet; the items stay in the
 // menu and do nothing.
-void MainMenu::mnuSetup_Click() {}
 void MainMenu::mnuMenu_Click() {}
 void MainMenu::mnuCmdsGo_Click() {}
 void MainMenu::mnuList_Click() {}

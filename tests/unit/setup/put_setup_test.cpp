@@ -11,20 +11,21 @@ namespace dpm {
 namespace {
 
 using testing::Commands;
-using Kind = fake::FakeSerialLine::Kind;
 
 const std::string kDefault = DefaultSetupImage(4);
+constexpr const char* kTransferred = "Putting data to the DPM.  Data Transferred O.K.";
 
 class PutSetupTest : public testing::TransferTest {
  protected:
   PutSetupTest() { g.SetupImage = kDefault; }
 
-  // What went over the line: the commands, and the line settings changed between them.
+  // The commands with their times, and the line settings changed between them.
   std::vector<std::string> LineEvents() const {
     std::vector<std::string> events;
     for (const auto& e : line.Transcript()) {
-      if (e.kind == Kind::Sent) events.push_back(std::to_string(e.atMs) + " " + e.text.substr(0, e.text.size() - 1));
-      if (e.kind == Kind::Settings) events.push_back(std::to_string(e.atMs) + " settings " + e.text);
+      const std::string at = std::to_string(e.atMs) + " ";
+      if (e.kind == fake::FakeSerialLine::Kind::Sent) events.push_back(at + e.text.substr(0, e.text.size() - 1));
+      if (e.kind == fake::FakeSerialLine::Kind::Settings) events.push_back(at + "settings " + e.text);
     }
     return events;
   }
@@ -49,23 +50,21 @@ TEST_F(PutSetupTest, DefaultSetupToADcMeter) {
   };
   EXPECT_EQ(Sent(), expected);
   EXPECT_EQ(time.Elapsed(), 7618u);
-  EXPECT_EQ(Status(), "Putting data to the DPM.  Data Transferred O.K.");
-  EXPECT_EQ(menu.lblGPText.ForeColor(), ColGreen);
+  EXPECT_EQ(Status(), kTransferred);
   EXPECT_EQ(g.SetupImage, kDefault);
   EXPECT_TRUE(dialogs.messages.empty());
   EXPECT_EQ(dialogs.pointerChanges, (std::vector<bool>{true, false}));
 }
 
 TEST_F(PutSetupTest, LineFollowsANewBaudRateAndAddressBetweenTheBlocks) {
-  // 19200 baud (E0 keeps the filtered output) and address 10 in a revision 9 image.
-  g.SetupImage = kDefault;
+  // 19200 baud and address 10 in a revision 9 image.
   ReplaceImageDigits(45, "2A");
   ReplaceImageDigits(47, "E0");
   ReplaceImageDigits(121, "09");
   g.FirmwareRev = 9;
   meter.Answer("*1G12D", "60");
   PutSetup(menu.screen);
-  const std::string image = g.SetupImage;
+  const std::string& image = g.SetupImage;
   EXPECT_EQ(LineEvents(), (std::vector<std::string>{
                               "100 *1A1",
                               "501 *1G12D",
@@ -79,25 +78,16 @@ TEST_F(PutSetupTest, LineFollowsANewBaudRateAndAddressBetweenTheBlocks) {
                               "5517 *AW26D"
                               "09010D00",
                           }));
-  EXPECT_EQ(g.BaudIndex, 6);
+  EXPECT_EQ(std::tie(g.BaudIndex, g.CharTime, g.MeterAddressNumber), std::make_tuple(6, 1, 1))
+      << "the character time and the address of the settings stay";
   EXPECT_EQ(g.MeterAddress, "A");
-  EXPECT_EQ(g.MeterAddressNumber, 1) << "a later Put compares with the address of the settings";
-  EXPECT_EQ(g.CharTime, 1);
-  EXPECT_EQ(Status(), "Putting data to the DPM.  Data Transferred O.K.");
-}
+  EXPECT_EQ(Status(), kTransferred);
 
-TEST_F(PutSetupTest, AddressCharacters) {
-  struct Case {
-    const char* digits;
-    const char* address;
-  };
-  for (const Case c : {Case{"29", "9"}, Case{"2A", "A"}, Case{"3F", "V"}, Case{"21", "1"}}) {
+  for (const auto& [digits, address] : {std::pair{"29", "9"}, {"3F", "V"}, {"21", "1"}}) {
     g.MeterAddress = "1";
-    g.SetupImage = kDefault;
-    ReplaceImageDigits(45, c.digits);
-    meter.Answer("*1G12D", "60");
+    ReplaceImageDigits(45, digits);
     PutSetup(menu.screen);
-    EXPECT_EQ(g.MeterAddress, c.address);
+    EXPECT_EQ(g.MeterAddress, address);
   }
 }
 
@@ -107,18 +97,9 @@ TEST_F(PutSetupTest, OldImageIsPaddedTo128Digits) {
   PutSetup(menu.screen);
   const Commands sent = Sent();
   ASSERT_EQ(sent.size(), 7u);
-  EXPECT_EQ(sent[5].text, "*1W136") << "no data sheet byte to send";
+  EXPECT_EQ(sent[5].text, "*1W136") << "no tare byte to send";
   EXPECT_EQ(sent[6].text, "*1W26D00000000");
   EXPECT_EQ(g.SetupImage, kDefault.substr(0, 120) + "00000000");
-}
-
-TEST_F(PutSetupTest, TemperatureMeterGetsNoCustomCurveWords) {
-  ReplaceImageDigits(55, "50");  // RTD
-  meter.Answer("*1G12D", "41");  // a thermocouple meter: the same kind
-  PutSetup(menu.screen);
-  std::vector<std::string> commands;
-  for (const auto& c : Sent()) commands.push_back(c.text.substr(0, 6));
-  EXPECT_EQ(commands, (std::vector<std::string>{"*1A1", "*1G12D", "*1WA18", "*1WF0E", "*1W136", "*1W26D"}));
 }
 
 TEST_F(PutSetupTest, KindsMustMatch) {
@@ -126,16 +107,16 @@ TEST_F(PutSetupTest, KindsMustMatch) {
     const char* what;
     const char* reply;  // nullptr: the meter does not answer
     const char* imageByte;
-    const char* refusal;  // nullptr: the image is written
+    const char* refusal;  // nullptr: the image is written, in so many commands
+    std::size_t commands;
   };
   const Case cases[] = {
-      {"DC image on a load cell meter", "C0", "60", "You cannot write DC meter data\rto a LC meter."},
-      {"load cell image on an RMS meter", "91", "D2", "You cannot write LC meter data\rto a RMS meter."},
-      {"temperature image on a DC meter", "A0", "40", "You cannot write TC meter data\rto a DC meter."},
-      {"no answer counts as no kind", nullptr, "60", "You cannot write DC meter data\rto a  meter."},
-      {"an image without kind on a silent meter", nullptr, "30", nullptr},
-      {"ratio image on a DC meter", "60", "A2", nullptr},
-      {"RTD image on a thermocouple meter", "4C", "5C", nullptr},
+      {"DC image on a load cell meter", "C0", "60", "You cannot write DC meter data\rto a LC meter.", 2},
+      {"temperature image on a DC meter", "A0", "40", "You cannot write TC meter data\rto a DC meter.", 2},
+      {"no answer counts as no kind", nullptr, "60", "You cannot write DC meter data\rto a  meter.", 2},
+      {"an image without kind on a silent meter", nullptr, "30", nullptr, 7},
+      {"ratio image on a DC meter", "60", "A2", nullptr, 7},
+      {"RTD image on a thermocouple meter, which gets no custom curve words", "4C", "5C", nullptr, 6},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -147,25 +128,24 @@ TEST_F(PutSetupTest, KindsMustMatch) {
     ReplaceImageDigits(55, c.imageByte);
     menu.lblGPText.SetCaption("as before");
     PutSetup(menu.screen);
-    if (c.refusal) {
-      ASSERT_EQ(dialogs.messages.size(), 1u);
-      EXPECT_EQ(dialogs.messages[0].icon, MessageIcon::Critical);
-      EXPECT_EQ(dialogs.messages[0].title, "Put Data");
-      EXPECT_EQ(dialogs.messages[0].text, c.refusal);
-      EXPECT_EQ(dialogs.messages[0].buttons, MessageButtons::Ok);
-      EXPECT_EQ(Sent().size(), 2u) << "nothing written";
-      EXPECT_EQ(menu.lblGPText.Caption(), "as before");
-    } else {
-      EXPECT_TRUE(dialogs.messages.empty());
-      EXPECT_EQ(Sent().back().text.substr(0, 6), "*1W26D") << "written to the end";
-    }
+    EXPECT_EQ(Sent().size(), c.commands);
     EXPECT_FALSE(dialogs.hourglass);
+    if (!c.refusal) {
+      EXPECT_TRUE(dialogs.messages.empty());
+      continue;
+    }
+    ASSERT_EQ(dialogs.messages.size(), 1u);
+    const auto& box = dialogs.messages[0];
+    EXPECT_EQ(
+        std::tie(box.icon, box.title, box.text, box.buttons),
+        std::make_tuple(MessageIcon::Critical, std::string("Put Data"), std::string(c.refusal), MessageButtons::Ok));
+    EXPECT_EQ(menu.lblGPText.Caption(), "as before");
   }
 }
 
 TEST_F(PutSetupTest, FaultsThatEndTheProgram) {
-  ReplaceImageDigits(47, "F0");  // baud rate 7 has no rate
   meter.Answer("*1G12D", "60");
+  ReplaceImageDigits(47, "F0");  // baud rate 7 has no rate
   EXPECT_THROW(PutSetup(menu.screen), SerialFault);
   ReplaceImageDigits(47, "D0");
   ReplaceImageDigits(55, "E0");  // mode code 14 has no board kind

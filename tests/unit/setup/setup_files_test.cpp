@@ -17,112 +17,73 @@ namespace fs = std::filesystem;
 
 class SetupFilesTest : public ::testing::Test {
  protected:
-  SetupFilesTest() {
+  SetupFilesTest() : dir(fs::temp_directory_path() / ("dpm_setup_files_" + std::to_string(std::random_device{}()))) {
     ResetGlobals();
-    dir = fs::temp_directory_path() / ("dpm_setup_files_" + std::to_string(std::random_device{}()));
     fs::create_directories(dir);
   }
   ~SetupFilesTest() override { fs::remove_all(dir); }
 
-  fs::path File(const std::string& name, const std::string& contents) {
-    const fs::path path = dir / name;
-    std::ofstream(path, std::ios::binary) << contents;
-    return path;
+  fs::path File(const std::string& contents) {
+    std::ofstream(dir / "f.DPM", std::ios::binary) << contents;
+    return dir / "f.DPM";
   }
-  static std::string Contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
+  std::string Contents(const fs::path& path) const {
     std::ostringstream text;
-    text << file.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
   }
 
   fs::path dir;
 };
 
-std::string Digits(std::size_t count, char digit = '5') { return std::string(count, digit); }
+const std::string kBody(120, '5');
 
-TEST_F(SetupFilesTest, FirstLineVersions) {
+TEST_F(SetupFilesTest, ReadingTheVersionsOfTheFirstLine) {
   struct Case {
-    const char* what;
-    std::string line;
-    int16_t revisionBefore;
-    std::string image;
-    int16_t revision;
+    std::string contents, image;
+    int16_t revision;  // 7 before
   };
-  const std::string body = Digits(120);
   const Case cases[] = {
-      {"old file of 120 digits", body, 7, body + "0001000D", 7},
-      {"revision 0 is stored as 1", body + "00770D00", 7, body + "01010D00", 0},
-      {"revision and marker", body + "0A000D00" + "0C00", 7, body + "0A010D00" + "0C00", 10},
-      {"short line keeps its length", Digits(50), 7, Digits(50), 0},
-      {"121 digits: the revision digit alone", body + "3", 7, body + "3", 3},
-      {"empty line", "", 7, "", 0},
+      {kBody + "\r\n0\r\n", kBody + "0001000D", 7},          // an old file gains the fields behind
+      {kBody + "00770D00\r\n0\r\n", kBody + "01010D00", 0},  // revision 0 is stored as 1
+      {kBody + "0A000D000C00\r\n0\r\n", kBody + "0A010D000C00", 10},
+      {"555\r\n0\r\n", "555", 0},                           // too short for the fields
+      {kBody + ",FFFF\n0,1\n", kBody + "0001000D", 7},      // a field ends at a comma, a line at LF
+      {"  \"" + kBody + "\"  \r0", kBody + "0001000D", 7},  // or at a lone CR, or at the end
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    g.FirmwareRev = c.revisionBefore;
-    ASSERT_TRUE(LoadSetupFile(File("v.DPM", c.line + "\r\n0\r\n")));
+    SCOPED_TRACE(c.image);
+    g.FirmwareRev = 7;
+    ASSERT_TRUE(LoadSetupFile(File(c.contents)));
     EXPECT_EQ(g.SetupImage, c.image);
     EXPECT_EQ(g.FirmwareRev, c.revision);
     EXPECT_EQ(g.MeterKind, "0");
   }
 }
 
-TEST_F(SetupFilesTest, WrittenFiles) {
-  struct Case {
-    std::string image;
-    std::string line;
-  };
-  const std::string body = Digits(120);
-  for (const Case& c : {Case{body, body + "00000000"}, Case{body + "04010D00", body + "04010D00"},
-                        Case{DefaultSetupImage(4), DefaultSetupImage(4)}, Case{"", ""}}) {
-    g.SetupImage = c.image;
-    g.MeterKind = "1";
-    const fs::path path = dir / "w.DPM";
-    SaveSetupFile(path);
-    EXPECT_EQ(Contents(path), c.line + "\r\n1\r\n");
-    EXPECT_EQ(g.SetupImage, c.line) << "the image in hand is padded too";
+TEST_F(SetupFilesTest, WritingNeverMakesAnOldFile) {
+  g.MeterKind = "1";
+  for (const auto& [image, line] : {std::pair<std::string, std::string>{kBody, kBody + "00000000"},
+                                    {kBody + "04010D00", kBody + "04010D00"},
+                                    {DefaultSetupImage(4), DefaultSetupImage(4)}}) {
+    g.SetupImage = image;
+    SaveSetupFile(dir / "w.DPM");
+    EXPECT_EQ(Contents(dir / "w.DPM"), line + "\r\n1\r\n");
+    EXPECT_EQ(g.SetupImage, line) << "the image in hand is padded too";
   }
+  // An old file keeps the suffix it gained on reading.
+  ASSERT_TRUE(LoadSetupFile(File(kBody + "\r\n1\r\n")));
+  SaveSetupFile(dir / "w.DPM");
+  EXPECT_EQ(Contents(dir / "w.DPM"), kBody + "0001000D\r\n1\r\n");
 }
 
-TEST_F(SetupFilesTest, OldFileComesBackWithItsSuffix) {
-  const std::string body = Digits(120, 'A');
-  g.FirmwareRev = 9;
-  ASSERT_TRUE(LoadSetupFile(File("old.DPM", body + "\r\n1\r\n")));
-  SaveSetupFile(dir / "new.DPM");
-  EXPECT_EQ(Contents(dir / "new.DPM"), body + "0001000D\r\n1\r\n");
-  EXPECT_EQ(g.FirmwareRev, 9);
-}
-
-TEST_F(SetupFilesTest, LinesAreFieldsUpToTheFirstComma) {
-  struct Case {
-    std::string contents;
-    std::string image, kind;
-  };
-  const std::string image = DefaultSetupImage(4);
-  const Case cases[] = {
-      {image + ",FFFF\r\n1,0\r\n", image, "1"},
-      {image + "\n0\n", image, "0"},  // bare line feeds
-      {image + "\r0", image, "0"},    // bare carriage return, no end on the last line
-      {"  " + image + "  \r\n 1 \r\n", image, "1"},
-      {"\"" + image + "\"\r\n\"0\"\r\n", image, "0"},
-      {image + "\r\n\r\n", image, ""},  // an empty second line is still a line
-  };
-  for (const Case& c : cases) {
-    g.SetupImage.clear();
-    ASSERT_TRUE(LoadSetupFile(File("f.DPM", c.contents)));
-    EXPECT_EQ(g.SetupImage, c.image);
-    EXPECT_EQ(g.MeterKind, c.kind);
-  }
-}
-
-// Whatever a file holds, reading it ends, and a file that fails leaves the setup in hand.
+// Whatever a file holds, reading it ends; a file that fails leaves the setup in hand.
 TEST_F(SetupFilesTest, FilesThatAreNoSetupFiles) {
   std::mt19937 random(7);
   std::string binary(4096, '\0');
-  for (char& c : binary) c = static_cast<char>(random());
-  binary.erase(std::remove_if(binary.begin(), binary.end(), [](char c) { return c == '\r' || c == '\n'; }),
-               binary.end());
+  for (char& c : binary) c = static_cast<char>(random() % 256);
+  std::erase_if(binary, [](char c) { return c == '\r' || c == '\n'; });
+  const std::string megabytes(3 << 20, '7');
   struct Case {
     const char* what;
     std::string contents;
@@ -130,49 +91,34 @@ TEST_F(SetupFilesTest, FilesThatAreNoSetupFiles) {
   };
   const Case cases[] = {
       {"empty", "", false},
-      {"only a line end", "\r\n", false},
       {"no second line", DefaultSetupImage(4) + "\r\n", false},
-      {"no line end at all", DefaultSetupImage(4), false},
       {"binary without line ends", binary, false},
       {"binary lines", binary + "\r\n" + binary + "\r\n", true},
       {"text that is not hexadecimal", "This is not a setup file.\r\nReally not.\r\n", true},
-      {"a first line of megabytes", std::string(3 * 1024 * 1024, '7') + "\r\n1\r\n", true},
-      {"a first line of megabytes and nothing else", std::string(3 * 1024 * 1024, '7'), false},
-      {"a first line beyond the longest line", std::string(kMaxSetupLineLength + 1, '7') + "\r\n1\r\n", false},
+      {"a first line of megabytes", megabytes + "\r\n1\r\n", true},
+      {"a first line of megabytes and nothing else", megabytes, false},
+      {"a line longer than any setup", std::string(kMaxSetupLineLength + 1, '7') + "\r\n1\r\n", false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     g.SetupImage = "previous";
-    g.MeterKind = "1";
     g.FirmwareRev = 5;
-    const bool opened = LoadSetupFile(File("x.DPM", c.contents));
-    EXPECT_EQ(opened, c.opens);
-    if (!opened) {
-      EXPECT_EQ(g.SetupImage, "previous");
-      EXPECT_EQ(g.MeterKind, "1");
-      EXPECT_EQ(g.FirmwareRev, 5);
-    }
+    EXPECT_EQ(LoadSetupFile(File(c.contents)), c.opens);
+    if (!c.opens) EXPECT_EQ(std::tie(g.SetupImage, g.FirmwareRev), std::make_tuple(std::string("previous"), 5));
   }
   EXPECT_FALSE(LoadSetupFile(dir / "missing.DPM"));
-  EXPECT_FALSE(LoadSetupFile(dir));
-  EXPECT_FALSE(LoadSetupFile("/dev/zero")) << "an endless device is no file";
+  EXPECT_FALSE(LoadSetupFile(dir)) << "a folder";
+  EXPECT_FALSE(LoadSetupFile("/dev/zero")) << "an endless device";
 }
 
-TEST_F(SetupFilesTest, FailedSaveLeavesTheOldFileAndNoLeftovers) {
-  // A directory of the target's name cannot be replaced by a file.
-  fs::create_directories(dir / "taken.DPM" / "inside");
+TEST_F(SetupFilesTest, FailedSaveLeavesNoFileBehind) {
+  fs::create_directories(dir / "taken.DPM" / "inside");  // a folder cannot be replaced by a file
   g.SetupImage = DefaultSetupImage(4);
-  g.MeterKind = "1";
   EXPECT_THROW(SaveSetupFile(dir / "taken.DPM"), FileFault);
-  EXPECT_THROW(SaveSetupFile(dir / "no" / "such" / "folder.DPM"), FileFault);
+  EXPECT_THROW(SaveSetupFile(dir / "no" / "folder.DPM"), FileFault);
   std::vector<fs::path> left;
   for (const auto& entry : fs::directory_iterator(dir)) left.push_back(entry.path().filename());
   EXPECT_EQ(left, std::vector<fs::path>{"taken.DPM"});
-
-  const fs::path kept = File("kept.DPM", "old contents");
-  g.SetupImage = "new";
-  SaveSetupFile(kept);
-  EXPECT_EQ(Contents(kept), "new\r\n1\r\n") << "a save replaces the file whole";
 }
 
 }  // namespace

@@ -20,8 +20,8 @@ constexpr int kFirmwareRev = 121;
 constexpr int kGetMarker = 123;
 constexpr int kTedsTareByte = 129;
 constexpr int16_t kLoadCell = 3;
-// A meter that never answers a request reports this; the transport has no such result, so
-// the tests for it stay silent and a later failure passes unnoticed.
+// The failure code the later blocks are checked for. The transport never gives it, so the
+// checks stay as guards and a later failure passes unnoticed.
 constexpr int16_t kTransferFailed = 1;
 
 // Meters before revision 9 need a second between the blocks to ready the next one.

@@ -24,6 +24,8 @@ void ShowProgress(const TransferScreen& screen, const std::string& baseText, con
   screen.lblGPText.SetCaption(baseText + "  (" + part + ")");
 }
 
-void Hourglass(bool on) { Platform().dialogs->SetHourglass(on); }
+void Hourglass(bool on) {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(on);
+}
 
 }  // namespace dpm

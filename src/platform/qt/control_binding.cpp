@@ -245,6 +245,8 @@ class LineEditBinding : public WidgetBinding {
     });
     connect(&edit, &QLineEdit::cursorPositionChanged, this, [this] { ReportSelection(); });
     connect(&edit, &QLineEdit::selectionChanged, this, [this] { ReportSelection(); });
+    // A text box takes clicks too: the setup pages open the value entry dialog on one.
+    edit.installEventFilter(this);
   }
 
  protected:
@@ -270,6 +272,13 @@ class LineEditBinding : public WidgetBinding {
     const int start = edit_.hasSelectedText() ? edit_.selectionStart() : edit_.cursorPosition();
     const int length = static_cast<int>(edit_.selectedText().size());
     if (Model() != nullptr && !Syncing()) static_cast<TextBox*>(Model())->UserSetSelection(start, length);
+  }
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonRelease &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+      FromUser([](Control& c) { c.UserClick(); });
+    }
+    return false;
   }
   QLineEdit& edit_;
 };

@@ -1,0 +1,143 @@
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include "forms_gui_fixture.h"
+#include "link/image_access.h"
+#include "pages/setup_page1.h"
+#include "panelmenu/value_entry.h"
+#include "setup/setup_files.h"
+
+namespace dpm::testing {
+namespace {
+
+class SetupPage1Window : public GuiFormsTest {
+ protected:
+  SetupPage1Window() {
+    g.DefaultFirmwareRev = 4;
+    DefaultData();
+    g.FirmwareRev = 4;
+  }
+
+  // Types into whichever widget has the focus, as a user's keyboard does.
+  static void Type(const QString& keys) {
+    for (const QChar c : keys) {
+      QWidget* focused = QApplication::focusWidget();
+      ASSERT_NE(focused, nullptr);
+      if (c == '\r') {
+        QTest::keyClick(focused, Qt::Key_Return);
+      } else {
+        QTest::keyClick(focused, c.toLatin1());
+      }
+    }
+  }
+};
+
+const char* WidgetClassFor(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::Label:
+      return "QLabel";
+    case ControlKind::Frame:
+      return "QGroupBox";
+    case ControlKind::ComboBox:
+      return "QComboBox";
+    case ControlKind::TextBox:
+      return "QLineEdit";
+    case ControlKind::OptionButton:
+      return "QRadioButton";
+    case ControlKind::CommandButton:
+      return "QPushButton";
+    default:
+      return "?";
+  }
+}
+
+void ExpectEveryControlHasItsWidget(const Form& form) {
+  QWidget* window = qt::WindowOf(form);
+  ASSERT_NE(window, nullptr);
+  EXPECT_EQ(window->windowTitle().toStdString(), form.Caption());
+  for (const Control* control : form.Controls()) {
+    SCOPED_TRACE(form.Name() + " " + control->ObjectName());
+    QWidget* widget = window->findChild<QWidget*>(QString::fromStdString(control->ObjectName()));
+    ASSERT_NE(widget, nullptr);
+    EXPECT_STREQ(widget->metaObject()->className(), WidgetClassFor(control->Kind()));
+    if (const Control* frame = control->Container()) {
+      EXPECT_EQ(widget->parentWidget()->objectName().toStdString(), frame->ObjectName());
+    }
+    if (auto* box = qobject_cast<QGroupBox*>(widget)) {
+      EXPECT_EQ(box->title().toStdString(), static_cast<const Frame*>(control)->Caption());
+    }
+  }
+}
+
+TEST_F(SetupPage1Window, EveryControlOfBothFormsHasItsWidget) {
+  ShowActive(frmSetup1());
+  ExpectEveryControlHasItsWidget(frmSetup1());
+  ShowActive(frmEntVal());
+  ExpectEveryControlHasItsWidget(frmEntVal());
+}
+
+TEST_F(SetupPage1Window, TheLayoutShowsThePageAsTheImageHasIt) {
+  SetupPage1& page = frmSetup1();
+  QWidget* window = ShowActive(page);
+  EXPECT_EQ(Find<QComboBox>(window, "cboSCOpt")->currentText(), "DC");
+  EXPECT_EQ(Find<QComboBox>(window, "cboFunc")->count(), 5);
+  EXPECT_EQ(Find<QLineEdit>(window, "txtScale")->text(), " +00001.");
+  EXPECT_TRUE(Find<QLineEdit>(window, "txtScale")->isReadOnly()) << "value boxes take no typing";
+  EXPECT_FALSE(Find<QLineEdit>(window, "txtHiIn")->isEnabled());
+  EXPECT_TRUE(Find<QRadioButton>(window, "optExtend")->isChecked());
+  EXPECT_FALSE(Find<QRadioButton>(window, "optBasic")->isChecked());
+  EXPECT_TRUE(Find<QRadioButton>(window, "optSclOff")->isChecked());
+  EXPECT_FALSE(page.optBasic.HasFocus()) << "the page does not open on an option that acts on the focus";
+  EXPECT_EQ(g.MeterKind, "1");
+
+  // The user picks Load Cell: the whole page follows.
+  auto* conditioner = Find<QComboBox>(window, "cboSCOpt");
+  conditioner->setCurrentIndex(3);
+  emit conditioner->activated(3);
+  EXPECT_EQ(g.SetupImage.substr(54, 2), "C0");
+  EXPECT_EQ(Find<QComboBox>(window, "cboMode")->currentText(), "Strain");
+}
+
+TEST_F(SetupPage1Window, TypingDigitsAndEnterChangesTheImageAndTheBox) {
+  SetupPage1& page = frmSetup1();
+  QWidget* window = ShowActive(page);
+  auto* scale = Find<QLineEdit>(window, "txtScale");
+  QTest::mouseClick(scale, Qt::LeftButton);
+
+  QWidget* dialog = qt::WindowOf(frmEntVal());
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
+  EXPECT_EQ(scale->palette().color(QPalette::Base), QColor(0xC0, 0xFF, 0xC0)) << "the field being edited";
+  EXPECT_EQ(Find<QLineEdit>(dialog, "txtDigit_5")->text(), "1.");
+  EXPECT_EQ(QApplication::focusWidget(), Find<QLineEdit>(dialog, "txtDigit_0"));
+
+  // The point goes into the third place, then the digits follow.
+  Type("+0.2500\r");
+  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_EQ(g.SetupImage.substr(102, 6), "4009C4");
+  EXPECT_EQ(scale->text(), " +02. 500");
+  EXPECT_EQ(scale->palette().color(QPalette::Base), QColor(Qt::white));
+  EXPECT_EQ(page.txtScale.Text(), " +02. 500");
+}
+
+TEST_F(SetupPage1Window, RefusedKeysLeaveThePlaces) {
+  SetupPage1& page = frmSetup1();
+  QWidget* window = ShowActive(page);
+  QTest::mouseClick(Find<QLineEdit>(window, "txtOffset"), Qt::LeftButton);
+  QWidget* dialog = qt::WindowOf(frmEntVal());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
+  Type("x-1");
+  EXPECT_EQ(Find<QLineEdit>(dialog, "txtDigit_0")->text(), "-");
+  EXPECT_EQ(Find<QLineEdit>(dialog, "txtDigit_1")->text(), "1");
+  QTest::mouseClick(Find<QPushButton>(dialog, "cmdCancel"), Qt::LeftButton);
+  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_EQ(g.SetupImage.substr(96, 6), "000000");
+  EXPECT_EQ(Find<QLineEdit>(window, "txtOffset")->text(), " +00000.");
+}
+
+}  // namespace
+}  // namespace dpm::testing

@@ -71,45 +71,76 @@ struct ModelCase {
 
 TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEvents) {
   const std::vector<ModelCase> cases = {
-      {"caption", [](BinderForm& f) { f.cmdGo.SetCaption("&Start"); },
-       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->text() == "&Start"; }, {}},
-      {"frame title", [](BinderForm& f) { f.fraBox.SetCaption("Rates"); },
-       [](QWidget* w) { return w->findChild<QGroupBox*>("fraBox")->title() == "Rates"; }, {}},
-      {"disabled frame", [](BinderForm& f) { f.fraBox.SetEnabled(false); },
-       [](QWidget* w) { return !w->findChild<QComboBox*>("cboRate")->isEnabled(); }, {}},
-      {"hidden button", [](BinderForm& f) { f.cmdGo.SetVisible(false); },
-       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->isHidden(); }, {}},
-      {"list index", [](BinderForm& f) { f.cboRate.SetListIndex(2); },
-       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->currentIndex() == 2; }, {"click cboRate"}},
-      {"list index beyond the list", [](BinderForm& f) { f.cboRate.SetListIndex(1), f.cboRate.SetListIndex(5); },
-       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->currentIndex() == -1; }, {"click cboRate"}},
-      {"refilled list", [](BinderForm& f) { f.cboRate.Clear(), f.cboRate.AddItem("Only"); },
-       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->itemText(0) == "Only"; }, {}},
-      {"check box", [](BinderForm& f) { f.chkTare.SetValue(kChecked); },
-       [](QWidget* w) { return w->findChild<QCheckBox*>("chkTare")->isChecked(); }, {"click chkTare"}},
-      {"option", [](BinderForm& f) { f.optA.SetValue(true), f.optB.SetValue(true); },
+      {"caption",
+       [](BinderForm& f) { f.cmdGo.SetCaption("&Start"); },
+       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->text() == "&Start"; },
+       {}},
+      {"frame title",
+       [](BinderForm& f) { f.fraBox.SetCaption("Rates"); },
+       [](QWidget* w) { return w->findChild<QGroupBox*>("fraBox")->title() == "Rates"; },
+       {}},
+      {"disabled frame",
+       [](BinderForm& f) { f.fraBox.SetEnabled(false); },
+       [](QWidget* w) { return !w->findChild<QComboBox*>("cboRate")->isEnabled(); },
+       {}},
+      {"hidden button",
+       [](BinderForm& f) { f.cmdGo.SetVisible(false); },
+       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->isHidden(); },
+       {}},
+      {"list index",
+       [](BinderForm& f) { f.cboRate.SetListIndex(2); },
+       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->currentIndex() == 2; },
+       {"click cboRate"}},
+      {"list index beyond the list",
+       [](BinderForm& f) { f.cboRate.SetListIndex(1), f.cboRate.SetListIndex(5); },
+       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->currentIndex() == -1; },
+       {"click cboRate"}},
+      {"refilled list",
+       [](BinderForm& f) { f.cboRate.Clear(), f.cboRate.AddItem("Only"); },
+       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->itemText(0) == "Only"; },
+       {}},
+      {"check box",
+       [](BinderForm& f) { f.chkTare.SetValue(kChecked); },
+       [](QWidget* w) { return w->findChild<QCheckBox*>("chkTare")->isChecked(); },
+       {"click chkTare"}},
+      {"option",
+       [](BinderForm& f) { f.optA.SetValue(true), f.optB.SetValue(true); },
        [](QWidget* w) {
          return !w->findChild<QRadioButton*>("optA")->isChecked() && w->findChild<QRadioButton*>("optB")->isChecked();
        },
        {"click optA", "click optB"}},
-      {"option turned off", [](BinderForm& f) { f.optA.SetValue(true), f.optA.SetValue(false); },
-       [](QWidget* w) { return !w->findChild<QRadioButton*>("optA")->isChecked(); }, {"click optA"}},
-      {"text", [](BinderForm& f) { f.txtDigit[1].SetText("7."); },
-       [](QWidget* w) { return w->findChild<QLineEdit*>("txtDigit_1")->text() == "7."; }, {"change txtDigit_1"}},
-      {"background", [](BinderForm& f) { f.txtValue.SetBackColor(ColPaleGreen); },
+      {"option turned off",
+       [](BinderForm& f) { f.optA.SetValue(true), f.optA.SetValue(false); },
+       [](QWidget* w) { return !w->findChild<QRadioButton*>("optA")->isChecked(); },
+       {"click optA"}},
+      {"text",
+       [](BinderForm& f) { f.txtDigit[1].SetText("7."); },
+       [](QWidget* w) { return w->findChild<QLineEdit*>("txtDigit_1")->text() == "7."; },
+       {"change txtDigit_1"}},
+      {"background",
+       [](BinderForm& f) { f.txtValue.SetBackColor(ColPaleGreen); },
        [](QWidget* w) {
          return w->findChild<QLineEdit*>("txtValue")->palette().color(QPalette::Base) == QColor(0xC0, 0xFF, 0xC0);
        },
        {}},
-      {"label", [](BinderForm& f) { f.lblNote.SetCaption("Sent."); },
-       [](QWidget* w) { return w->findChild<QLabel*>("lblNote")->text() == "Sent."; }, {}},
-      {"progress", [](BinderForm& f) { f.barDone.SetRange(0, 5), f.barDone.SetValue(4); },
-       [](QWidget* w) { return w->findChild<QProgressBar*>("barDone")->value() == 4; }, {}},
-      {"grid row", [](BinderForm& f) { f.grdCells.AddItem("a\tb"); },
-       [](QWidget* w) { return w->findChild<QTableWidget*>("grdCells")->item(2, 1)->text() == "b"; }, {}},
-      {"position", [](BinderForm& f) { f.cmdGo.Move(1500, 300); },
-       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->pos() == QPoint(100, 20); }, {}},
-      {"drawing", [](BinderForm& f) { f.picDraw.SetBackColor(ColWhite), f.picDraw.Line(0, 0, 1500, 1500, ColRed); },
+      {"label",
+       [](BinderForm& f) { f.lblNote.SetCaption("Sent."); },
+       [](QWidget* w) { return w->findChild<QLabel*>("lblNote")->text() == "Sent."; },
+       {}},
+      {"progress",
+       [](BinderForm& f) { f.barDone.SetRange(0, 5), f.barDone.SetValue(4); },
+       [](QWidget* w) { return w->findChild<QProgressBar*>("barDone")->value() == 4; },
+       {}},
+      {"grid row",
+       [](BinderForm& f) { f.grdCells.AddItem("a\tb"); },
+       [](QWidget* w) { return w->findChild<QTableWidget*>("grdCells")->item(2, 1)->text() == "b"; },
+       {}},
+      {"position",
+       [](BinderForm& f) { f.cmdGo.Move(1500, 300); },
+       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->pos() == QPoint(100, 20); },
+       {}},
+      {"drawing",
+       [](BinderForm& f) { f.picDraw.SetBackColor(ColWhite), f.picDraw.Line(0, 0, 1500, 1500, ColRed); },
        [](QWidget* w) {
          const QImage image = w->findChild<QLabel*>("picDraw")->pixmap().toImage();
          return image.pixelColor(50, 50) == Qt::red && image.pixelColor(80, 20) == Qt::white;
@@ -140,8 +171,9 @@ TEST_F(BinderTest, ClicksAndTypingReachTheHandlers) {
   QTest::mouseClick(Find<QLabel>(window, "lblNote"), Qt::LeftButton);
   EXPECT_EQ(form.chkTare.Value(), kChecked);
   EXPECT_TRUE(form.optB.Value());
-  EXPECT_EQ(form.log, (std::vector<std::string>{"lost cboRate", "got cmdGo", "click cmdGo", "lost cmdGo", "got chkTare", "click chkTare",
-                                                "lost chkTare", "got optB", "click optB", "click lblNote"}));
+  EXPECT_EQ(form.log,
+            (std::vector<std::string>{"lost cboRate", "got cmdGo", "click cmdGo", "lost cmdGo", "got chkTare",
+                                      "click chkTare", "lost chkTare", "got optB", "click optB", "click lblNote"}));
 
   form.log.clear();
   auto* combo = Find<QComboBox>(window, "cboRate");
@@ -152,9 +184,9 @@ TEST_F(BinderTest, ClicksAndTypingReachTheHandlers) {
   QTest::mouseClick(edit, Qt::LeftButton);
   QTest::keyClicks(edit, "42");
   EXPECT_EQ(form.txtValue.Text(), "42");
-  EXPECT_EQ(form.log, (std::vector<std::string>{"lost optB", "got cboRate", "click cboRate", "lost cboRate",
-                                                "got txtValue", "click txtValue", "change txtValue",
-                                                "change txtValue"}));
+  EXPECT_EQ(form.log,
+            (std::vector<std::string>{"lost optB", "got cboRate", "click cboRate", "lost cboRate", "got txtValue",
+                                      "click txtValue", "change txtValue", "change txtValue"}));
 }
 
 TEST_F(BinderTest, AGridCellClickMovesTheCurrentCellThenClicks) {

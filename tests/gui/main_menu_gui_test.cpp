@@ -38,9 +38,12 @@ class MainMenuWindow : public GuiFormsTest {
 const char* WidgetClassFor(ControlKind kind) {
   switch (kind) {
     case ControlKind::Label:
-    case ControlKind::PictureBox: return "QLabel";
-    case ControlKind::CommandButton: return "QPushButton";
-    default: return "?";
+    case ControlKind::PictureBox:
+      return "QLabel";
+    case ControlKind::CommandButton:
+      return "QPushButton";
+    default:
+      return "?";
   }
 }
 

@@ -7,11 +7,15 @@ namespace {
 
 MessageAnswer FirstButton(MessageButtons buttons) {
   switch (buttons) {
-    case MessageButtons::AbortRetryIgnore: return MessageAnswer::Abort;
+    case MessageButtons::AbortRetryIgnore:
+      return MessageAnswer::Abort;
     case MessageButtons::YesNoCancel:
-    case MessageButtons::YesNo: return MessageAnswer::Yes;
-    case MessageButtons::RetryCancel: return MessageAnswer::Retry;
-    default: return MessageAnswer::Ok;
+    case MessageButtons::YesNo:
+      return MessageAnswer::Yes;
+    case MessageButtons::RetryCancel:
+      return MessageAnswer::Retry;
+    default:
+      return MessageAnswer::Ok;
   }
 }
 

@@ -6,19 +6,32 @@ namespace dpm {
 
 const char* KindName(ControlKind kind) {
   switch (kind) {
-    case ControlKind::Label: return "label";
-    case ControlKind::TextBox: return "text box";
-    case ControlKind::ComboBox: return "combo box";
-    case ControlKind::ListBox: return "list box";
-    case ControlKind::CheckBox: return "check box";
-    case ControlKind::OptionButton: return "option button";
-    case ControlKind::Frame: return "frame";
-    case ControlKind::CommandButton: return "command button";
-    case ControlKind::MenuItem: return "menu item";
-    case ControlKind::Grid: return "grid";
-    case ControlKind::PictureBox: return "picture";
-    case ControlKind::ProgressBar: return "progress bar";
-    case ControlKind::Timer: return "timer";
+    case ControlKind::Label:
+      return "label";
+    case ControlKind::TextBox:
+      return "text box";
+    case ControlKind::ComboBox:
+      return "combo box";
+    case ControlKind::ListBox:
+      return "list box";
+    case ControlKind::CheckBox:
+      return "check box";
+    case ControlKind::OptionButton:
+      return "option button";
+    case ControlKind::Frame:
+      return "frame";
+    case ControlKind::CommandButton:
+      return "command button";
+    case ControlKind::MenuItem:
+      return "menu item";
+    case ControlKind::Grid:
+      return "grid";
+    case ControlKind::PictureBox:
+      return "picture";
+    case ControlKind::ProgressBar:
+      return "progress bar";
+    case ControlKind::Timer:
+      return "timer";
   }
   return "control";
 }

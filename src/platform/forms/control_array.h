@@ -62,16 +62,36 @@ class ControlArray {
 
   void Forward(T& element, int i) {
     ControlEvents& e = element.on;
-    e.Click = [this, i] { if (on.Click) on.Click(i); };
-    e.DblClick = [this, i] { if (on.DblClick) on.DblClick(i); };
-    e.GotFocus = [this, i] { if (on.GotFocus) on.GotFocus(i); };
-    e.LostFocus = [this, i] { if (on.LostFocus) on.LostFocus(i); };
-    e.Change = [this, i] { if (on.Change) on.Change(i); };
-    e.SelChange = [this, i] { if (on.SelChange) on.SelChange(i); };
-    e.Timer = [this, i] { if (on.Timer) on.Timer(i); };
-    e.KeyDown = [this, i](int& keyCode, int shift) { if (on.KeyDown) on.KeyDown(i, keyCode, shift); };
-    e.KeyUp = [this, i](int& keyCode, int shift) { if (on.KeyUp) on.KeyUp(i, keyCode, shift); };
-    e.KeyPress = [this, i](int& keyAscii) { if (on.KeyPress) on.KeyPress(i, keyAscii); };
+    e.Click = [this, i] {
+      if (on.Click) on.Click(i);
+    };
+    e.DblClick = [this, i] {
+      if (on.DblClick) on.DblClick(i);
+    };
+    e.GotFocus = [this, i] {
+      if (on.GotFocus) on.GotFocus(i);
+    };
+    e.LostFocus = [this, i] {
+      if (on.LostFocus) on.LostFocus(i);
+    };
+    e.Change = [this, i] {
+      if (on.Change) on.Change(i);
+    };
+    e.SelChange = [this, i] {
+      if (on.SelChange) on.SelChange(i);
+    };
+    e.Timer = [this, i] {
+      if (on.Timer) on.Timer(i);
+    };
+    e.KeyDown = [this, i](int& keyCode, int shift) {
+      if (on.KeyDown) on.KeyDown(i, keyCode, shift);
+    };
+    e.KeyUp = [this, i](int& keyCode, int shift) {
+      if (on.KeyUp) on.KeyUp(i, keyCode, shift);
+    };
+    e.KeyPress = [this, i](int& keyAscii) {
+      if (on.KeyPress) on.KeyPress(i, keyAscii);
+    };
   }
 
   int first_;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/clock.h"
 #include "platform/faults.h"
 #include "platform/forms/form.h"
-#include "platform/clock.h"
 #include "platform/services.h"
 
 namespace dpm {

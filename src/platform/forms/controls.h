@@ -12,8 +12,7 @@ namespace dpm {
 // A control with a caption: label, frame, button, check box, option button, menu item.
 class CaptionedControl : public Control {
  public:
-  CaptionedControl(Form& owner, ControlKind kind, std::string name, std::string caption, Control* container,
-                   int index);
+  CaptionedControl(Form& owner, ControlKind kind, std::string name, std::string caption, Control* container, int index);
   const std::string& Caption() const { return caption_; }
   void SetCaption(const std::string& caption);
 
@@ -37,8 +36,7 @@ class Frame : public CaptionedControl {
 
 class CommandButton : public CaptionedControl {
  public:
-  CommandButton(Form& owner, std::string name, std::string caption = {}, Control* container = nullptr,
-                int index = -1)
+  CommandButton(Form& owner, std::string name, std::string caption = {}, Control* container = nullptr, int index = -1)
       : CaptionedControl(owner, ControlKind::CommandButton, std::move(name), std::move(caption), container, index) {}
 };
 
@@ -138,8 +136,7 @@ class CheckBox : public CaptionedControl {
 // Click; turning one off raises nothing.
 class OptionButton : public CaptionedControl {
  public:
-  OptionButton(Form& owner, std::string name, std::string caption = {}, Control* container = nullptr,
-               int index = -1)
+  OptionButton(Form& owner, std::string name, std::string caption = {}, Control* container = nullptr, int index = -1)
       : CaptionedControl(owner, ControlKind::OptionButton, std::move(name), std::move(caption), container, index) {}
   bool Value() const { return value_; }
   void SetValue(bool on);

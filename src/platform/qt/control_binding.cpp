@@ -73,8 +73,12 @@ void WidgetBinding::Apply(Property property) {
   const Control& c = *Model();
   const QSignalBlocker blocker(widget_);
   switch (property) {
-    case Property::Enabled: widget_->setEnabled(c.Enabled()); break;
-    case Property::Visible: widget_->setVisible(c.Visible()); break;
+    case Property::Enabled:
+      widget_->setEnabled(c.Enabled());
+      break;
+    case Property::Visible:
+      widget_->setVisible(c.Visible());
+      break;
     case Property::Colors:
       ApplyColors();
       ApplyOwn(property);
@@ -86,7 +90,9 @@ void WidgetBinding::Apply(Property property) {
     case Property::Focus:
       if (c.HasFocus()) widget_->setFocus(Qt::OtherFocusReason);
       break;
-    default: ApplyOwn(property); break;
+    default:
+      ApplyOwn(property);
+      break;
   }
 }
 
@@ -129,8 +135,7 @@ class LabelBinding : public WidgetBinding {
     if (property == Property::Caption) label_.setText(QString::fromStdString(CaptionOf(*Model())));
   }
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+    if (event->type() == QEvent::MouseButtonRelease && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
       FromUser([](Control& c) { c.UserClick(); });
     } else if (event->type() == QEvent::MouseButtonDblClick) {
       FromUser([](Control& c) { c.UserDblClick(); });
@@ -145,7 +150,8 @@ class LabelBinding : public WidgetBinding {
 // Frame: a group box with a title, or a plain frame.
 class FrameBinding : public WidgetBinding {
  public:
-  FrameBinding(Control& control, QWidget& frame) : WidgetBinding(control, frame), box_(qobject_cast<QGroupBox*>(&frame)) {}
+  FrameBinding(Control& control, QWidget& frame)
+      : WidgetBinding(control, frame), box_(qobject_cast<QGroupBox*>(&frame)) {}
 
  protected:
   void SyncOwn() override { ApplyOwn(Property::Caption); }
@@ -180,9 +186,12 @@ class ButtonBinding : public WidgetBinding {
 
 int ValueOf(Qt::CheckState state) {
   switch (state) {
-    case Qt::Checked: return kChecked;
-    case Qt::PartiallyChecked: return kGrayed;
-    default: return kUnchecked;
+    case Qt::Checked:
+      return kChecked;
+    case Qt::PartiallyChecked:
+      return kGrayed;
+    default:
+      return kUnchecked;
   }
 }
 
@@ -274,8 +283,7 @@ class LineEditBinding : public WidgetBinding {
     if (Model() != nullptr && !Syncing()) static_cast<TextBox*>(Model())->UserSetSelection(start, length);
   }
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+    if (event->type() == QEvent::MouseButtonRelease && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
       FromUser([](Control& c) { c.UserClick(); });
     }
     return false;
@@ -295,7 +303,8 @@ class PlainTextBinding : public WidgetBinding {
  protected:
   void SyncOwn() override { ApplyOwn(Property::Text); }
   void ApplyOwn(Property property) override {
-    if (property == Property::Text) edit_.setPlainText(QString::fromStdString(static_cast<const TextBox&>(*Model()).Text()));
+    if (property == Property::Text)
+      edit_.setPlainText(QString::fromStdString(static_cast<const TextBox&>(*Model()).Text()));
   }
 
  private:
@@ -311,9 +320,8 @@ QStringList ItemsOf(const ListControl& list) {
 class ComboBinding : public WidgetBinding {
  public:
   ComboBinding(Control& control, QComboBox& combo) : WidgetBinding(control, combo), combo_(combo) {
-    connect(&combo, &QComboBox::activated, this, [this](int index) {
-      FromUser([index](Control& c) { static_cast<ListControl&>(c).UserSelect(index); });
-    });
+    connect(&combo, &QComboBox::activated, this,
+            [this](int index) { FromUser([index](Control& c) { static_cast<ListControl&>(c).UserSelect(index); }); });
     if (QLineEdit* edit = combo.lineEdit()) {
       connect(edit, &QLineEdit::textEdited, this, [this](const QString& text) {
         FromUser([&text](Control& c) { static_cast<ComboBox&>(c).UserSetText(text.toStdString()); });
@@ -343,9 +351,8 @@ class ComboBinding : public WidgetBinding {
 class ListWidgetBinding : public WidgetBinding {
  public:
   ListWidgetBinding(Control& control, QListWidget& list) : WidgetBinding(control, list), list_(list) {
-    connect(&list, &QListWidget::currentRowChanged, this, [this](int row) {
-      FromUser([row](Control& c) { static_cast<ListControl&>(c).UserSelect(row); });
-    });
+    connect(&list, &QListWidget::currentRowChanged, this,
+            [this](int row) { FromUser([row](Control& c) { static_cast<ListControl&>(c).UserSelect(row); }); });
   }
 
  protected:
@@ -403,13 +410,20 @@ class MenuBinding : public ControlBinding {
       case Property::Caption:
         if (!item.IsSeparator()) action_->setText(QString::fromStdString(item.Caption()));
         break;
-      case Property::Enabled: action_->setEnabled(item.Enabled()); break;
-      case Property::Visible: action_->setVisible(item.Visible()); break;
+      case Property::Enabled:
+        action_->setEnabled(item.Enabled());
+        // A heading's menu may come disabled from its layout; it opens only when enabled itself.
+        if (menu_ != nullptr) menu_->setEnabled(item.Enabled());
+        break;
+      case Property::Visible:
+        action_->setVisible(item.Visible());
+        break;
       case Property::Checked:
         action_->setCheckable(item.Checked() || action_->isCheckable());
         action_->setChecked(item.Checked());
         break;
-      default: break;
+      default:
+        break;
     }
   }
 
@@ -476,7 +490,8 @@ QAction* SeparatorAction(const MenuItem& item, QWidget& window) {
 std::unique_ptr<ControlBinding> BindMenuItem(MenuItem& item, QWidget& window) {
   const QString name = QString::fromStdString(item.ObjectName());
   if (item.IsHeading()) {
-    if (auto* menu = window.findChild<QMenu*>(name)) return std::make_unique<MenuBinding>(item, *menu->menuAction(), menu);
+    if (auto* menu = window.findChild<QMenu*>(name))
+      return std::make_unique<MenuBinding>(item, *menu->menuAction(), menu);
   }
   QAction* action = window.findChild<QAction*>(name);
   if (action == nullptr && item.IsSeparator()) action = SeparatorAction(item, window);
@@ -486,25 +501,32 @@ std::unique_ptr<ControlBinding> BindMenuItem(MenuItem& item, QWidget& window) {
 
 std::unique_ptr<ControlBinding> BindWidget(Control& control, QWidget* w) {
   switch (control.Kind()) {
-    case ControlKind::Label: return std::make_unique<LabelBinding>(control, WidgetAs<QLabel>(control, w));
+    case ControlKind::Label:
+      return std::make_unique<LabelBinding>(control, WidgetAs<QLabel>(control, w));
     case ControlKind::Frame:
       if (qobject_cast<QGroupBox*>(w) == nullptr && qobject_cast<QFrame*>(w) == nullptr) WrongWidget(control, w);
       return std::make_unique<FrameBinding>(control, *w);
     case ControlKind::CommandButton:
       return std::make_unique<ButtonBinding>(control, WidgetAs<QPushButton>(control, w));
-    case ControlKind::CheckBox: return std::make_unique<CheckBinding>(control, WidgetAs<QCheckBox>(control, w));
+    case ControlKind::CheckBox:
+      return std::make_unique<CheckBinding>(control, WidgetAs<QCheckBox>(control, w));
     case ControlKind::OptionButton:
       return std::make_unique<OptionBinding>(control, WidgetAs<QRadioButton>(control, w));
     case ControlKind::TextBox:
       if (auto* plain = qobject_cast<QPlainTextEdit*>(w)) return std::make_unique<PlainTextBinding>(control, *plain);
       return std::make_unique<LineEditBinding>(control, WidgetAs<QLineEdit>(control, w));
-    case ControlKind::ComboBox: return std::make_unique<ComboBinding>(control, WidgetAs<QComboBox>(control, w));
-    case ControlKind::ListBox: return std::make_unique<ListWidgetBinding>(control, WidgetAs<QListWidget>(control, w));
+    case ControlKind::ComboBox:
+      return std::make_unique<ComboBinding>(control, WidgetAs<QComboBox>(control, w));
+    case ControlKind::ListBox:
+      return std::make_unique<ListWidgetBinding>(control, WidgetAs<QListWidget>(control, w));
     case ControlKind::ProgressBar:
       return std::make_unique<ProgressBinding>(control, WidgetAs<QProgressBar>(control, w));
-    case ControlKind::Grid: return MakeGridBinding(control, w);
-    case ControlKind::PictureBox: return MakePictureBinding(control, w);
-    default: WrongWidget(control, w);
+    case ControlKind::Grid:
+      return MakeGridBinding(control, w);
+    case ControlKind::PictureBox:
+      return MakePictureBinding(control, w);
+    default:
+      WrongWidget(control, w);
   }
 }
 

@@ -69,7 +69,8 @@ BoundForm::~BoundForm() {
 void BoundForm::Load() {
   const QString path = QStringLiteral(":/forms/") + QString::fromStdString(form_.Name()) + QStringLiteral(".ui");
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) throw RuntimeFault("The screen " + form_.Name() + " has no layout " + path.toStdString());
+  if (!file.open(QIODevice::ReadOnly))
+    throw RuntimeFault("The screen " + form_.Name() + " has no layout " + path.toStdString());
   QUiLoader loader;
   window_ = loader.load(&file, nullptr);
   if (window_ == nullptr) {
@@ -106,7 +107,9 @@ ControlBinding* BoundForm::BindingOf(QObject* object) const {
 void BoundForm::Update(FormProperty property) {
   if (window_ == nullptr) return;
   switch (property) {
-    case FormProperty::Caption: window_->setWindowTitle(QString::fromStdString(form_.Caption())); break;
+    case FormProperty::Caption:
+      window_->setWindowTitle(QString::fromStdString(form_.Caption()));
+      break;
     case FormProperty::Visible:
       if (form_.Visible()) {
         ShowWindow();
@@ -114,7 +117,9 @@ void BoundForm::Update(FormProperty property) {
         window_->hide();
       }
       break;
-    case FormProperty::Geometry: window_->move(ToPixels(form_.Left()), ToPixels(form_.Top())); break;
+    case FormProperty::Geometry:
+      window_->move(ToPixels(form_.Left()), ToPixels(form_.Top()));
+      break;
     case FormProperty::Active:
       window_->raise();
       window_->activateWindow();

@@ -55,7 +55,7 @@ class BoundForm : public FormView {
 
   Form& form_;
   QPointer<QWidget> window_;
-  WindowFilter* filter_ = nullptr;  // owned by the window
+  WindowFilter* filter_ = nullptr;         // owned by the window
   std::vector<ControlBinding*> bindings_;  // owned by the window
   std::unordered_map<const QObject*, ControlBinding*> byWidget_;
   // Expires when this binding goes; a handler may unload the form in the middle of an event.

@@ -22,34 +22,52 @@ namespace {
 
 QMessageBox::Icon IconOf(MessageIcon icon) {
   switch (icon) {
-    case MessageIcon::Critical: return QMessageBox::Critical;
-    case MessageIcon::Question: return QMessageBox::Question;
-    case MessageIcon::Exclamation: return QMessageBox::Warning;
-    case MessageIcon::Information: return QMessageBox::Information;
-    default: return QMessageBox::NoIcon;
+    case MessageIcon::Critical:
+      return QMessageBox::Critical;
+    case MessageIcon::Question:
+      return QMessageBox::Question;
+    case MessageIcon::Exclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::Information:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
   }
 }
 
 QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
   switch (buttons) {
-    case MessageButtons::OkCancel: return QMessageBox::Ok | QMessageBox::Cancel;
-    case MessageButtons::AbortRetryIgnore: return QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore;
-    case MessageButtons::YesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-    case MessageButtons::YesNo: return QMessageBox::Yes | QMessageBox::No;
-    case MessageButtons::RetryCancel: return QMessageBox::Retry | QMessageBox::Cancel;
-    default: return QMessageBox::Ok;
+    case MessageButtons::OkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::AbortRetryIgnore:
+      return QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore;
+    case MessageButtons::YesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case MessageButtons::YesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::RetryCancel:
+      return QMessageBox::Retry | QMessageBox::Cancel;
+    default:
+      return QMessageBox::Ok;
   }
 }
 
 MessageAnswer AnswerOf(int button, MessageButtons buttons) {
   switch (button) {
-    case QMessageBox::Ok: return MessageAnswer::Ok;
-    case QMessageBox::Cancel: return MessageAnswer::Cancel;
-    case QMessageBox::Abort: return MessageAnswer::Abort;
-    case QMessageBox::Retry: return MessageAnswer::Retry;
-    case QMessageBox::Ignore: return MessageAnswer::Ignore;
-    case QMessageBox::Yes: return MessageAnswer::Yes;
-    case QMessageBox::No: return MessageAnswer::No;
+    case QMessageBox::Ok:
+      return MessageAnswer::Ok;
+    case QMessageBox::Cancel:
+      return MessageAnswer::Cancel;
+    case QMessageBox::Abort:
+      return MessageAnswer::Abort;
+    case QMessageBox::Retry:
+      return MessageAnswer::Retry;
+    case QMessageBox::Ignore:
+      return MessageAnswer::Ignore;
+    case QMessageBox::Yes:
+      return MessageAnswer::Yes;
+    case QMessageBox::No:
+      return MessageAnswer::No;
     default:
       // Closed without a button: what Escape would have answered.
       if (buttons == MessageButtons::YesNo) return MessageAnswer::No;
@@ -153,8 +171,8 @@ void QtDialogs::PrintForm(const Form& form) {
   // The form at its size on the screen, made smaller only when the page is too small.
   const QRect page = painter.viewport();
   const double trueSize = printer.resolution() / 96.0;
-  const double fit = std::min(static_cast<double>(page.width()) / image.width(),
-                              static_cast<double>(page.height()) / image.height());
+  const double fit =
+      std::min(static_cast<double>(page.width()) / image.width(), static_cast<double>(page.height()) / image.height());
   const double scale = std::min(trueSize, fit);
   painter.drawPixmap(QRectF(0, 0, image.width() * scale, image.height() * scale), image, image.rect());
   painter.end();

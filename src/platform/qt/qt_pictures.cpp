@@ -43,7 +43,9 @@ std::optional<PictureRef> FindPictureFile(const std::string& fileName) {
   return RefOf(PathOfFile(fileName), PictureRef{fileName, 0, 0, 0});
 }
 
-std::optional<PictureRef> FindPictureNumber(int number) { return RefOf(PathOfNumber(number), PictureRef{{}, number, 0, 0}); }
+std::optional<PictureRef> FindPictureNumber(int number) {
+  return RefOf(PathOfNumber(number), PictureRef{{}, number, 0, 0});
+}
 
 QPixmap PixmapOf(const PictureRef& picture) {
   if (picture.Empty()) return {};

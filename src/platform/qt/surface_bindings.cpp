@@ -38,10 +38,17 @@ class GridBinding : public WidgetBinding {
   void ApplyOwn(Property property) override {
     const auto& grid = static_cast<const Grid&>(*Model());
     switch (property) {
-      case Property::Cells: Rebuild(grid); break;
-      case Property::Cell: SetCell(grid, grid.LastChangedRow(), grid.LastChangedCol()); break;
-      case Property::Selection: table_.setCurrentCell(grid.Row(), grid.Col()); break;
-      default: break;
+      case Property::Cells:
+        Rebuild(grid);
+        break;
+      case Property::Cell:
+        SetCell(grid, grid.LastChangedRow(), grid.LastChangedCol());
+        break;
+      case Property::Selection:
+        table_.setCurrentCell(grid.Row(), grid.Col());
+        break;
+      default:
+        break;
     }
   }
 
@@ -86,12 +93,18 @@ QFont ToQFont(const FontSpec& spec) {
 
 Qt::PenStyle PenStyleOf(int drawStyle) {
   switch (drawStyle) {
-    case 1: return Qt::DashLine;
-    case 2: return Qt::DotLine;
-    case 3: return Qt::DashDotLine;
-    case 4: return Qt::DashDotDotLine;
-    case 5: return Qt::NoPen;
-    default: return Qt::SolidLine;
+    case 1:
+      return Qt::DashLine;
+    case 2:
+      return Qt::DotLine;
+    case 3:
+      return Qt::DashDotLine;
+    case 4:
+      return Qt::DashDotDotLine;
+    case 5:
+      return Qt::NoPen;
+    default:
+      return Qt::SolidLine;
   }
 }
 
@@ -125,8 +138,7 @@ void Paint(QPainter& painter, const DrawOp& op) {
 
 std::pair<double, double> MeasureText(const std::string& text, const FontSpec& font) {
   const QFontMetricsF metrics(ToQFont(font));
-  return {metrics.horizontalAdvance(QString::fromStdString(text)) * kTwipsPerPixel,
-          metrics.height() * kTwipsPerPixel};
+  return {metrics.horizontalAdvance(QString::fromStdString(text)) * kTwipsPerPixel, metrics.height() * kTwipsPerPixel};
 }
 
 // The drawing is painted onto a pixmap that the label shows; new operations are painted
@@ -146,8 +158,7 @@ class PictureBinding : public WidgetBinding {
     if (property == Property::Colors || property == Property::Geometry) PaintAll();
   }
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+    if (event->type() == QEvent::MouseButtonRelease && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
       FromUser([](Control& c) { c.UserClick(); });
     } else if (event->type() == QEvent::MouseButtonDblClick) {
       FromUser([](Control& c) { c.UserDblClick(); });

@@ -44,12 +44,15 @@ TEST_F(FormsTest, SettingByCodeRaisesClickOnlyWhenTheValueChanges) {
        [](Sample& f) { return f.cboRate.ListIndex() == -1 && f.cboRate.Text().empty(); }},
       {"list index beyond the list", [](Sample& f) { f.cboRate.SetListIndex(7); }, 0,
        [](Sample& f) { return f.cboRate.ListIndex() == -1; }},
-      {"list index beyond the list after an entry", [](Sample& f) { f.cboRate.SetListIndex(0), f.cboRate.SetListIndex(3); },
-       1, [](Sample& f) { return f.cboRate.ListIndex() == -1 && f.cboRate.Text().empty(); }},
+      {"list index beyond the list after an entry",
+       [](Sample& f) { f.cboRate.SetListIndex(0), f.cboRate.SetListIndex(3); }, 1,
+       [](Sample& f) { return f.cboRate.ListIndex() == -1 && f.cboRate.Text().empty(); }},
       {"list index below -1", [](Sample& f) { f.cboRate.SetListIndex(-2); }, 0,
        [](Sample& f) { return f.cboRate.ListIndex() == -1; }},
-      {"refill: clear, add, select", [](Sample& f) { f.cboRate.SetListIndex(1), f.cboRate.Clear(), f.cboRate.AddItem("X"),
-                                                     f.cboRate.SetListIndex(0); },
+      {"refill: clear, add, select",
+       [](Sample& f) {
+         f.cboRate.SetListIndex(1), f.cboRate.Clear(), f.cboRate.AddItem("X"), f.cboRate.SetListIndex(0);
+       },
        2, [](Sample& f) { return f.cboRate.Text() == "X"; }},
       {"check box on", [](Sample& f) { f.chkTare.SetValue(kChecked); }, 1,
        [](Sample& f) { return f.chkTare.Value() == kChecked; }},
@@ -142,8 +145,8 @@ TEST_F(FormsTest, GivingFocusRaisesLostFocusOnTheOldControlThenGotFocusOnTheNew)
   }
   form.txtA.SetFocus();
   form.txtB.SetFocus();
-  form.txtB.SetFocus();       // already there: nothing
-  form.lblNote.SetFocus();    // a label takes no focus
+  form.txtB.SetFocus();     // already there: nothing
+  form.lblNote.SetFocus();  // a label takes no focus
   form.chkLock[5].UserFocus();
   EXPECT_EQ(log, (std::vector<std::string>{"got txtA", "lost txtA", "got txtB", "lost txtB", "got chkLock_5"}));
   EXPECT_TRUE(form.chkLock[5].HasFocus());

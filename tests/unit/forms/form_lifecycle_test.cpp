@@ -40,9 +40,7 @@ class LifecycleTest : public FormsTest {
     PageScreen::log = &log;
     HelpScreen::log = &log;
   }
-  ~LifecycleTest() override {
-    MainScreen::log = PageScreen::log = HelpScreen::log = nullptr;
-  }
+  ~LifecycleTest() override { MainScreen::log = PageScreen::log = HelpScreen::log = nullptr; }
 };
 
 TEST_F(LifecycleTest, AFormIsCreatedAndLoadedOnceOnFirstUse) {

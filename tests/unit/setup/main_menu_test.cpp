@@ -1,6 +1,6 @@
+#include "setup/main_menu.h"
 #include "forms/forms_fixture.h"
 #include "platform/fake/fake_serial_line.h"
-#include "setup/main_menu.h"
 
 namespace dpm::testing {
 namespace {
@@ -45,11 +45,9 @@ TEST_F(MainMenuTest, ActivationSetsTheHeadingsByTheLinkAndTheCalibrationSetting)
     Enabling expected;
   };
   const Case cases[] = {
-      {0, 0, {false, false, false, true}},
-      {1, 0, {true, true, true, true}},
+      {0, 0, {false, false, false, true}}, {1, 0, {true, true, true, true}},
       {2, 0, {true, true, true, true}},  // anything but 0 counts as a link
-      {1, 7, {true, true, true, false}},
-      {0, 7, {false, false, false, false}},
+      {1, 7, {true, true, true, false}},   {0, 7, {false, false, false, false}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE("LinkEnabled " + std::to_string(c.linkEnabled) + ", CalibSetting " + std::to_string(c.calibSetting));
@@ -93,9 +91,8 @@ TEST_F(MainMenuTest, EachReturnClosesTheScreensLeftBehindAndResetsItsState) {
 
 TEST_F(MainMenuTest, OpeningAHeadingSetsItsHelpContextAndClearsThePage) {
   const std::pair<MenuItem MainMenu::*, int16_t> headings[] = {
-      {&MainMenu::mnuFile, 3107}, {&MainMenu::mnuDPM, 3108},   {&MainMenu::mnuView, 3109},
-      {&MainMenu::mnuCmds, 3110}, {&MainMenu::mnuMRdgs, 3111}, {&MainMenu::mnuJmps, 3112},
-      {&MainMenu::mnuCalib, 3113},
+      {&MainMenu::mnuFile, 3107},  {&MainMenu::mnuDPM, 3108},  {&MainMenu::mnuView, 3109},  {&MainMenu::mnuCmds, 3110},
+      {&MainMenu::mnuMRdgs, 3111}, {&MainMenu::mnuJmps, 3112}, {&MainMenu::mnuCalib, 3113},
   };
   MainMenu& menu = Start(1);
   menu.mnuView.SetEnabled(true);

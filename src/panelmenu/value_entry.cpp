@@ -17,7 +17,9 @@ constexpr int kLastPlace = kPlaces - 1;
 // The single-byte format uses the last three places only.
 constexpr int kFirstBytePlace = 3;
 
-// Where the dialog stands: clear of the upper or of the lower half of the page beneath.
+// Where the dialog stands, in twips: to the right, over the lists of the page beneath,
+// high or low as the caller asks.
+constexpr int kEntryLeft = 6300;
 constexpr int kTopForSide = 2900;
 constexpr int kTopForNoSide = 1500;
 
@@ -244,7 +246,7 @@ ValueEntry& frmEntVal() { return Forms().Use<ValueEntry>(); }
 
 void OpenValueEntry(int16_t side) {
   ValueEntry& dialog = frmEntVal();
-  dialog.SetTop(side != 0 ? kTopForSide : kTopForNoSide);
+  dialog.Move(kEntryLeft, side != 0 ? kTopForSide : kTopForNoSide);
   if (g.EntryBox != nullptr) g.EntryBox->SetBackColor(ColPaleGreen);
   g.EntryReturnFlag = 1;
   dialog.Show();

@@ -2,6 +2,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -9,6 +10,7 @@
 #include "link/image_access.h"
 #include "pages/setup_page1.h"
 #include "panelmenu/value_entry.h"
+#include "setup/main_menu.h"
 #include "setup/setup_files.h"
 
 namespace dpm::testing {
@@ -137,6 +139,21 @@ TEST_F(SetupPage1Window, RefusedKeysLeaveThePlaces) {
   EXPECT_FALSE(dialog->isVisible());
   EXPECT_EQ(g.SetupImage.substr(96, 6), "000000");
   EXPECT_EQ(Find<QLineEdit>(window, "txtOffset")->text(), " +00000.");
+}
+
+TEST_F(SetupPage1Window, TheViewMenuOpensThePageOnceASetupIsLoaded) {
+  MainMenu& menu = frmMMenu();
+  QWidget* window = ShowActive(menu);
+  auto* view = Find<QMenu>(window, "mnuView");
+  EXPECT_FALSE(view->isEnabled());
+  menu.mnuDefaultSet.UserClick();
+  EXPECT_TRUE(view->isEnabled()) << "the menu itself opens, not only its heading";
+  Find<QAction>(window, "mnuSetup")->trigger();
+  QWidget* page = qt::WindowOf(frmSetup1());
+  ASSERT_NE(page, nullptr);
+  EXPECT_TRUE(page->isVisible());
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(Find<QComboBox>(page, "cboMode")->currentText(), "DC V");
 }
 
 }  // namespace

@@ -126,21 +126,6 @@ TEST_F(SetupPage1Window, TypingDigitsAndEnterChangesTheImageAndTheBox) {
   EXPECT_EQ(page.txtScale.Text(), " +02. 500");
 }
 
-TEST_F(SetupPage1Window, RefusedKeysLeaveThePlaces) {
-  SetupPage1& page = frmSetup1();
-  QWidget* window = ShowActive(page);
-  QTest::mouseClick(Find<QLineEdit>(window, "txtOffset"), Qt::LeftButton);
-  QWidget* dialog = qt::WindowOf(frmEntVal());
-  ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
-  Type("x-1");
-  EXPECT_EQ(Find<QLineEdit>(dialog, "txtDigit_0")->text(), "-");
-  EXPECT_EQ(Find<QLineEdit>(dialog, "txtDigit_1")->text(), "1");
-  QTest::mouseClick(Find<QPushButton>(dialog, "cmdCancel"), Qt::LeftButton);
-  EXPECT_FALSE(dialog->isVisible());
-  EXPECT_EQ(g.SetupImage.substr(96, 6), "000000");
-  EXPECT_EQ(Find<QLineEdit>(window, "txtOffset")->text(), " +00000.");
-}
-
 TEST_F(SetupPage1Window, TheViewMenuOpensThePageOnceASetupIsLoaded) {
   MainMenu& menu = frmMMenu();
   QWidget* window = ShowActive(menu);

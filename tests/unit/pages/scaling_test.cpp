@@ -149,22 +149,6 @@ TEST_F(Page1Test, ADisabledBoxOpensNothing) {
   EXPECT_EQ(g.EntryReturnFlag, 0);
 }
 
-TEST_F(Page1Test, EntryTargets) {
-  for (const ScaleBox& row : ScaleBoxes()) {
-    const EntryTarget plain = EntryTargetOf(row, false);
-    const EntryTarget curve = EntryTargetOf(row, true);
-    if (row.box == &SetupPage1::txtLoIn) {
-      EXPECT_EQ(plain.format, 3);
-      EXPECT_EQ(plain.position, 91);
-      EXPECT_EQ(curve.format, 2);
-      EXPECT_EQ(curve.position, 1);
-    } else {
-      EXPECT_EQ(curve.position, plain.position) << row.field;
-      EXPECT_EQ(curve.format, plain.format) << row.field;
-    }
-  }
-}
-
 // A whole session through the main menu: the default setup, page 1, a new conditioner,
 // mode and range, a scale factor with its point moved, and the setup saved. The file
 // differs from the default in exactly those fields.

@@ -74,8 +74,6 @@ constexpr std::array<SetupPage1::FieldList, 8> kFieldLists = {{
 
 }  // namespace
 
-std::span<const SetupPage1::FieldList> SetupPage1::FieldLists() { return kFieldLists; }
-
 SetupPage1::SetupPage1() : Form(kName, "DPM SETUP  PAGE  1  ") {
   txtF1Help.SetText(kF1HelpText);
   ConnectHandlers();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -125,7 +124,6 @@ class SetupPage1 : public Form {
     bool rebuilds;             // a change rebuilds the page
     int16_t Globals::*shadow;  // an option board's shadow, set to the new value; or none
   };
-  static std::span<const FieldList> FieldLists();
 
  private:
   void ConnectHandlers();

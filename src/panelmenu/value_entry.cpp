@@ -40,11 +40,21 @@ std::size_t PointPosition(const std::string& text) {
   return point == std::string::npos ? 0 : point + 1;
 }
 
+// Text of a value field as the setup pages show it, from the text the places hold: " +" or
+// " - " for the sign, and a blank behind the point (ahead of the text when there is none).
+std::string PageValueText(std::string text, int16_t format) {
+  if (format != kUnsignedFormat && format != kByteEntryFormat) {
+    const bool negative = !text.empty() && text[0] == '-';
+    text = (negative ? " - " : " +") + Mid(text, 2);
+  }
+  const std::size_t point = PointPosition(text);
+  if (point < text.size()) text.insert(point, " ");
+  return text;
+}
+
 }  // namespace
 
 ValueEntry::ValueEntry() : Form(kName, "Enter Dec Value") { ConnectHandlers(); }
-
-ValueEntry::~ValueEntry() = default;
 
 void ValueEntry::ConnectHandlers() {
   on.Activate = [this] { Form_Activate(); };
@@ -211,16 +221,6 @@ void ValueEntry::ReturnToBox(const std::string& text) {
     g.EntryBox->SetBackColor(ColWhite);
   }
   Hide();
-}
-
-std::string PageValueText(std::string text, int16_t format) {
-  if (format != kUnsignedFormat && format != kByteEntryFormat) {
-    const bool negative = !text.empty() && text[0] == '-';
-    text = (negative ? " - " : " +") + Mid(text, 2);
-  }
-  const std::size_t point = PointPosition(text);
-  if (point < text.size()) text.insert(point, " ");
-  return text;
 }
 
 void ValueEntry::cmdOK_Click() {

@@ -25,7 +25,6 @@ class ValueEntry : public Form {
   static constexpr const char* kName = "frmEntVal";
 
   ValueEntry();
-  ~ValueEntry() override;
 
   CommandButton cmdOK{*this, "cmdOK", "OK"};
   ControlArray<TextBox> txtDigit{*this, "txtDigit", 0, 5};
@@ -78,9 +77,5 @@ void OpenValueEntry(int16_t side);
 
 // A form going away takes its boxes with it: the dialog no longer serves any of them.
 void ForgetEntryBox(const Form& form);
-
-// Text of a value field as the setup pages show it, from the text the places hold: " +" or
-// " - " for the sign, and a blank behind the point (ahead of the text when there is none).
-std::string PageValueText(std::string text, int16_t format);
 
 }  // namespace dpm

@@ -59,6 +59,7 @@ class Emulator {
 
   void Print(const std::string& line) const {
     std::printf("%10.3f  %s\n", static_cast<double>(clock_.NowUs()) / 1e6, line.c_str());
+    std::fflush(stdout);  // a log file or a pipe sees each line as it happens
     std::fflush(stdout);
   }
 

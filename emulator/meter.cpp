@@ -5,22 +5,12 @@
 #include "emulator/data_sheet.h"
 #include "platform/numeric.h"
 #include "setup/default_image.h"
+#include "setup/image_positions.h"
 
 namespace dpm::emulator {
 namespace {
 
 constexpr int kDefaultRevision = 4;
-
-// Digit positions of the setup fields the meter itself acts on.
-constexpr int kSigCondCode = 35;
-constexpr int kSerialA = 45;
-constexpr int kSerialB = 47;
-constexpr int kOptionByte = 49;
-constexpr int kDisplayByte = 53;
-constexpr int kModeRange = 55;
-constexpr int kFirmwareRev = 121;
-constexpr int kStopChar = 125;
-constexpr int kStartChar = 127;
 
 // Registers.
 constexpr int kModeRangeRegister = 0x2D;
@@ -99,12 +89,12 @@ Meter::Meter(MeterOptions options, std::string_view image) : options_(std::move(
 // A setup made for another board is turned to the first mode of the board that is
 // fitted, since the meter can only measure with what it carries.
 void Meter::FitConditioner() {
-  const int modeCode = memory_.Bits(7, 4, kModeRange);
+  const int modeCode = memory_.Bits(7, 4, kModeRangeByte);
   const auto ofSetup = ConditionerOfModeCode(modeCode);
   conditioner_ = options_.conditioner.value_or(ofSetup.value_or(Conditioner::Dc));
   if (ofSetup == conditioner_) return;
   const auto index = static_cast<std::size_t>(conditioner_);
-  memory_.SetByte(kModeRange, static_cast<uint8_t>(kFirstModeCode[index] << 4));
+  memory_.SetByte(kModeRangeByte, static_cast<uint8_t>(kFirstModeCode[index] << 4));
   memory_.SetByte(kSigCondCode, static_cast<uint8_t>((memory_.Byte(kSigCondCode) & 0xFC) | kSigCondCodeOf[index]));
 }
 
@@ -223,7 +213,7 @@ std::string Meter::Register(int address) const {
 // The mode and range in force, as long as the fitted board serves them; otherwise the
 // board's own first mode.
 std::string Meter::ModeRangeRegister() const {
-  const int byte = memory_.Byte(kModeRange);
+  const int byte = memory_.Byte(kModeRangeByte);
   if (ConditionerOfModeCode(byte >> 4) == conditioner_) return TwoHex(byte);
   return TwoHex(kFirstModeCode[static_cast<std::size_t>(conditioner_)] << 4);
 }

@@ -5,20 +5,10 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "setup/image_positions.h"
+
 namespace dpm::emulator {
 namespace {
-
-// Digit positions of the fields the measurement uses.
-constexpr int kConfigLow = 33;
-constexpr int kDecimalPoint = 39;
-constexpr int kDisplayByte = 53;
-constexpr int kModeRange = 55;
-constexpr int kHighRead = 73;
-constexpr int kHighIn = 79;
-constexpr int kLowRead = 85;
-constexpr int kLowIn = 91;
-constexpr int kOffset = 97;
-constexpr int kScale = 103;
 
 // Ranges of each input mode.
 constexpr std::array<int, 9> kRangeCount = {14, 13, 5, 4, 5, 4, 3, 5, 5};
@@ -81,9 +71,9 @@ double ScaledCounts(double counts, const SetupMemory& memory) {
 
 InputFacts DecodeInputFacts(const SetupMemory& memory) {
   InputFacts f;
-  f.inputMode = InputModeOf(memory.Bits(7, 4, kModeRange));
+  f.inputMode = InputModeOf(memory.Bits(7, 4, kModeRangeByte));
   f.conditioner = kConditionerOfMode[static_cast<std::size_t>(f.inputMode)];
-  f.range = memory.Bits(3, 0, kModeRange);
+  f.range = memory.Bits(3, 0, kModeRangeByte);
   if (f.range >= kRangeCount[static_cast<std::size_t>(f.inputMode)]) f.range = 0;
   f.resolution = memory.Bits(7, 6, kDisplayByte);
   f.inputDp = InputDpOf(f);

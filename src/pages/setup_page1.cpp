@@ -11,15 +11,12 @@
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
 #include "setup/image_map.h"
+#include "setup/image_positions.h"
 #include "setup/input_facts.h"
 #include "setup/main_menu.h"
 
 namespace dpm {
 namespace {
-
-constexpr int kSigCondCode = 35;
-constexpr int kDecimalPoint = 39;
-constexpr int kOptionByte = 49;
 
 constexpr int16_t kRtdShort = 12;
 

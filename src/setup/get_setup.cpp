@@ -5,6 +5,7 @@
 #include "link/transport.h"
 #include "platform/forms/controls.h"
 #include "platform/numeric.h"
+#include "setup/image_positions.h"
 
 namespace dpm {
 namespace {
@@ -13,12 +14,7 @@ constexpr const char* kGetting = "Getting data from the DPM";
 constexpr const char* kReceived = "Getting data from the DPM.  Data received O.K.";
 constexpr const char* kFailed = "Failed to Get data, check connections and restart program.";
 
-constexpr int kSigCondCode = 35;
 constexpr int kProbeWord = 33;  // the four digits of meter word 15
-constexpr int kOptionByte = 49;
-constexpr int kFirmwareRev = 121;
-constexpr int kGetMarker = 123;
-constexpr int kTedsTareByte = 129;
 constexpr int16_t kLoadCell = 3;
 // The failure code the later blocks are checked for. The transport never gives it, so the
 // checks stay as guards and a later failure passes unnoticed.

@@ -6,17 +6,10 @@
 #include "link/image_access.h"
 #include "platform/numeric.h"
 #include "setup/image_map.h"
+#include "setup/image_positions.h"
 
 namespace dpm {
 namespace {
-
-constexpr int kConfigLow = 33;
-constexpr int kDecimalPoint = 39;
-constexpr int kFilterByte = 51;
-constexpr int kDisplayByte = 53;
-constexpr int kModeRangeByte = 55;
-constexpr int kAlarmByteA = 57;
-constexpr int kTedsTareByte = 129;
 
 constexpr int16_t kThermocouple = 0;
 constexpr int16_t kRtd = 1;

@@ -9,6 +9,7 @@
 #include "platform/serial.h"
 #include "platform/services.h"
 #include "setup/image_map.h"
+#include "setup/image_positions.h"
 #include "setup/setup_files.h"
 
 namespace dpm {
@@ -18,9 +19,6 @@ constexpr const char* kPutting = "Putting data to the DPM.";
 constexpr const char* kTransferred = "Putting data to the DPM.  Data Transferred O.K.";
 constexpr const char* kFailed = "Data transfer unsuccessful. Check connections and try again.";
 
-constexpr int kSerialA = 45;
-constexpr int kSerialB = 47;
-constexpr int kModeRangeByte = 55;
 constexpr int16_t kTemperatureBoard = 1;
 // No write is answered, so nothing ever sets this; the checks stay as the dialogue's guard.
 constexpr int16_t kTransferFailed = 1;

@@ -8,6 +8,7 @@
 #include "link/startup.h"
 #include "platform/faults.h"
 #include "setup/default_image.h"
+#include "setup/image_positions.h"
 
 namespace dpm {
 namespace {
@@ -17,8 +18,6 @@ constexpr std::size_t kOldImageLength = 120;
 constexpr const char* kOldFileSuffix = "0001000D";
 // The same fields zeroed, as a 120-digit image is stored and sent.
 constexpr const char* kOldImagePadding = "00000000";
-constexpr int kFirmwareRevDigits = 121;
-constexpr int kGetMarkerDigits = 123;
 
 enum class LineRead { Line, EndOfFile, TooLong };
 
@@ -85,10 +84,10 @@ void ApplyFileVersion() {
   if (g.SetupImage.size() == kOldImageLength) {
     g.SetupImage += kOldFileSuffix;
   } else {
-    g.FirmwareRev = ReadField(7, 0, kFirmwareRevDigits);
+    g.FirmwareRev = ReadField(7, 0, kFirmwareRev);
     // Revision 0 is read as such but stored as 1.
-    if (g.FirmwareRev == 0) ReplaceImageDigits(kFirmwareRevDigits, "01");
-    ReplaceImageDigits(kGetMarkerDigits, "01");
+    if (g.FirmwareRev == 0) ReplaceImageDigits(kFirmwareRev, "01");
+    ReplaceImageDigits(kGetMarker, "01");
   }
 }
 

@@ -261,10 +261,12 @@ TEST_F(BinderTest, MessageBoxesAndFileDialogsAreRealModalDialogs) {
     QTimer::singleShot(0, [&] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       ASSERT_NE(box, nullptr);
-      EXPECT_EQ(box->text(), "Overwrite?");
+      EXPECT_EQ(box->text(), "You cannot write DC meter data\nto a LC meter.");
       box->button(c.pressed)->click();
     });
-    EXPECT_EQ(dialogs.MessageBox(MessageIcon::Question, " DPM", "Overwrite?", c.buttons), c.expected);
+    EXPECT_EQ(dialogs.MessageBox(MessageIcon::Question, " DPM", "You cannot write DC meter data\rto a LC meter.",
+                                 c.buttons),
+              c.expected);
   }
 
   QTimer::singleShot(0, [] {

@@ -52,6 +52,15 @@ QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
   }
 }
 
+// The program breaks the lines of its messages with a carriage return, alone or before a
+// line feed; Qt breaks them at line feeds.
+QString PlainMessageText(const std::string& text) {
+  QString plain = QString::fromStdString(text);
+  plain.replace("\r\n", "\n");
+  plain.replace('\r', '\n');
+  return plain;
+}
+
 MessageAnswer AnswerOf(int button, MessageButtons buttons) {
   switch (button) {
     case QMessageBox::Ok:
@@ -109,8 +118,9 @@ QtDialogs::~QtDialogs() {
 
 MessageAnswer QtDialogs::MessageBox(MessageIcon icon, const std::string& title, const std::string& text,
                                     MessageButtons buttons) {
-  QMessageBox box(IconOf(icon), QString::fromStdString(title), QString::fromStdString(text), ButtonsOf(buttons),
+  QMessageBox box(IconOf(icon), QString::fromStdString(title), PlainMessageText(text), ButtonsOf(buttons),
                   QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
   box.setWindowModality(Qt::ApplicationModal);
   return AnswerOf(box.exec(), buttons);
 }

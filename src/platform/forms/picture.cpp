@@ -74,23 +74,19 @@ void PictureBox::Cls() {
 }
 
 void PictureBox::Line(double x1, double y1, double x2, double y2, int32_t color) {
-  DrawOp op;
-  op.kind = DrawOp::Kind::Line;
-  op.x1 = ToTwipsX(x1);
-  op.y1 = ToTwipsY(y1);
-  op.x2 = ToTwipsX(x2);
-  op.y2 = ToTwipsY(y2);
-  op.color = ColorOr(color);
-  currentX_ = x2;
-  currentY_ = y2;
-  Add(std::move(op));
+  AddShape(DrawOp::Kind::Line, x1, y1, x2, y2, color);
 }
 
 void PictureBox::LineTo(double x2, double y2, int32_t color) { Line(currentX_, currentY_, x2, y2, color); }
 
 void PictureBox::Box(double x1, double y1, double x2, double y2, int32_t color, bool filled) {
+  AddShape(filled ? DrawOp::Kind::FilledBox : DrawOp::Kind::Box, x1, y1, x2, y2, color);
+}
+
+// A line or a box from one corner to the other, in user units; the pen stays at the second.
+void PictureBox::AddShape(DrawOp::Kind kind, double x1, double y1, double x2, double y2, int32_t color) {
   DrawOp op;
-  op.kind = filled ? DrawOp::Kind::FilledBox : DrawOp::Kind::Box;
+  op.kind = kind;
   op.x1 = ToTwipsX(x1);
   op.y1 = ToTwipsY(y1);
   op.x2 = ToTwipsX(x2);

@@ -97,6 +97,7 @@ class PictureBox : public Control {
   std::pair<double, double> MeasureTwips(const std::string& text) const;
   int32_t ColorOr(int32_t color) const;
   void Add(DrawOp op);
+  void AddShape(DrawOp::Kind kind, double x1, double y1, double x2, double y2, int32_t color);
 
   bool userScale_ = false;
   double scaleLeft_ = 0, scaleTop_ = 0, scaleRight_ = 0, scaleBottom_ = 0;

@@ -195,9 +195,27 @@ int ValueOf(Qt::CheckState state) {
   }
 }
 
-class CheckBinding : public ButtonBinding {
+// Check boxes and option buttons: a caption and a value of their own, which a click of
+// the user turns into a value change instead of a plain click.
+class ValueButtonBinding : public ButtonBinding {
  public:
-  CheckBinding(Control& control, QCheckBox& box) : ButtonBinding(control, box, false), box_(box) {
+  ValueButtonBinding(Control& control, QAbstractButton& button) : ButtonBinding(control, button, false) {}
+
+ protected:
+  void SyncOwn() override {
+    ButtonBinding::SyncOwn();
+    ApplyValue();
+  }
+  void ApplyOwn(Property property) override {
+    if (property == Property::Value) return ApplyValue();
+    ButtonBinding::ApplyOwn(property);
+  }
+  virtual void ApplyValue() = 0;
+};
+
+class CheckBinding : public ValueButtonBinding {
+ public:
+  CheckBinding(Control& control, QCheckBox& box) : ValueButtonBinding(control, box), box_(box) {
     connect(&box, &QAbstractButton::clicked, this, [this] {
       const int value = ValueOf(box_.checkState());
       FromUser([value](Control& c) { static_cast<CheckBox&>(c).UserSetValue(value); });
@@ -205,12 +223,7 @@ class CheckBinding : public ButtonBinding {
   }
 
  protected:
-  void SyncOwn() override {
-    ButtonBinding::SyncOwn();
-    ApplyOwn(Property::Value);
-  }
-  void ApplyOwn(Property property) override {
-    if (property != Property::Value) return ButtonBinding::ApplyOwn(property);
+  void ApplyValue() override {
     const int value = static_cast<const CheckBox&>(*Model()).Value();
     if (value == kGrayed) box_.setTristate(true);
     box_.setCheckState(value == kChecked ? Qt::Checked : value == kGrayed ? Qt::PartiallyChecked : Qt::Unchecked);
@@ -220,21 +233,16 @@ class CheckBinding : public ButtonBinding {
   QCheckBox& box_;
 };
 
-class OptionBinding : public ButtonBinding {
+class OptionBinding : public ValueButtonBinding {
  public:
-  OptionBinding(Control& control, QRadioButton& option) : ButtonBinding(control, option, false), option_(option) {
+  OptionBinding(Control& control, QRadioButton& option) : ValueButtonBinding(control, option), option_(option) {
     connect(&option, &QAbstractButton::clicked, this, [this](bool checked) {
       if (checked) FromUser([](Control& c) { static_cast<OptionButton&>(c).UserChoose(); });
     });
   }
 
  protected:
-  void SyncOwn() override {
-    ButtonBinding::SyncOwn();
-    ApplyOwn(Property::Value);
-  }
-  void ApplyOwn(Property property) override {
-    if (property != Property::Value) return ButtonBinding::ApplyOwn(property);
+  void ApplyValue() override {
     // An exclusive button cannot be turned off by itself; the group is the model's.
     const bool exclusive = option_.autoExclusive();
     option_.setAutoExclusive(false);

@@ -3,21 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 
 #include "link/globals.h"
 #include "platform/faults.h"
-#include "pseudo_terminal.h"
+#include "temp_folder.h"
 
 namespace dpm::qt {
 namespace {
 
-std::string ReadAll(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
+using testing::FileText;
 
 class FatalFault : public ::testing::Test {
  protected:
@@ -35,7 +29,7 @@ class FatalFault : public ::testing::Test {
 TEST_F(FatalFault, SavesTheSetupNamesTheCauseAndStops) {
   EXPECT_EXIT(HandleFatalFault(FileFault("File not found: \"Settings.SSS\""), folder.Path()),
               ::testing::ExitedWithCode(1), "Settings\\.SSS.*\n*.*Recovery\\.DPM");
-  EXPECT_EQ(ReadAll(folder.Path() / "Recovery.DPM"), g.SetupImage + "\r\n1\r\n");
+  EXPECT_EQ(FileText(folder.Path() / "Recovery.DPM"), g.SetupImage + "\r\n1\r\n");
 }
 
 TEST_F(FatalFault, StopsEvenWhenTheSetupCannotBeSaved) {
@@ -50,7 +44,7 @@ TEST_F(FatalFault, AStopBeforeAnySetupKeepsTheEarlierRecoveryFile) {
     EXPECT_EXIT(HandleFatalFault(FileFault("File not found: \"Settings.SSS\""), folder.Path()),
                 ::testing::ExitedWithCode(1), "Settings\\.SSS.*\n*.*none was saved");
   }
-  EXPECT_EQ(ReadAll(folder.Path() / "Recovery.DPM"), "earlier\r\n1\r\n");
+  EXPECT_EQ(FileText(folder.Path() / "Recovery.DPM"), "earlier\r\n1\r\n");
 }
 
 }  // namespace

@@ -66,27 +66,19 @@ struct ModelCase {
   const char* what;
   std::function<void(BinderForm&)> change;
   std::function<bool(QWidget*)> shown;
-  std::vector<std::string> events;
+  std::vector<std::string> events = {};  // raised by the change
 };
 
 TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEvents) {
   const std::vector<ModelCase> cases = {
-      {"caption",
-       [](BinderForm& f) { f.cmdGo.SetCaption("&Start"); },
-       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->text() == "&Start"; },
-       {}},
-      {"frame title",
-       [](BinderForm& f) { f.fraBox.SetCaption("Rates"); },
-       [](QWidget* w) { return w->findChild<QGroupBox*>("fraBox")->title() == "Rates"; },
-       {}},
-      {"disabled frame",
-       [](BinderForm& f) { f.fraBox.SetEnabled(false); },
-       [](QWidget* w) { return !w->findChild<QComboBox*>("cboRate")->isEnabled(); },
-       {}},
-      {"hidden button",
-       [](BinderForm& f) { f.cmdGo.SetVisible(false); },
-       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->isHidden(); },
-       {}},
+      {"caption", [](BinderForm& f) { f.cmdGo.SetCaption("&Start"); },
+       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->text() == "&Start"; }},
+      {"frame title", [](BinderForm& f) { f.fraBox.SetCaption("Rates"); },
+       [](QWidget* w) { return w->findChild<QGroupBox*>("fraBox")->title() == "Rates"; }},
+      {"disabled frame", [](BinderForm& f) { f.fraBox.SetEnabled(false); },
+       [](QWidget* w) { return !w->findChild<QComboBox*>("cboRate")->isEnabled(); }},
+      {"hidden button", [](BinderForm& f) { f.cmdGo.SetVisible(false); },
+       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->isHidden(); }},
       {"list index",
        [](BinderForm& f) { f.cboRate.SetListIndex(2); },
        [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->currentIndex() == 2; },
@@ -95,10 +87,8 @@ TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEven
        [](BinderForm& f) { f.cboRate.SetListIndex(1), f.cboRate.SetListIndex(5); },
        [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->currentIndex() == -1; },
        {"click cboRate"}},
-      {"refilled list",
-       [](BinderForm& f) { f.cboRate.Clear(), f.cboRate.AddItem("Only"); },
-       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->itemText(0) == "Only"; },
-       {}},
+      {"refilled list", [](BinderForm& f) { f.cboRate.Clear(), f.cboRate.AddItem("Only"); },
+       [](QWidget* w) { return w->findChild<QComboBox*>("cboRate")->itemText(0) == "Only"; }},
       {"check box",
        [](BinderForm& f) { f.chkTare.SetValue(kChecked); },
        [](QWidget* w) { return w->findChild<QCheckBox*>("chkTare")->isChecked(); },
@@ -117,35 +107,23 @@ TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEven
        [](BinderForm& f) { f.txtDigit[1].SetText("7."); },
        [](QWidget* w) { return w->findChild<QLineEdit*>("txtDigit_1")->text() == "7."; },
        {"change txtDigit_1"}},
-      {"background",
-       [](BinderForm& f) { f.txtValue.SetBackColor(ColPaleGreen); },
+      {"background", [](BinderForm& f) { f.txtValue.SetBackColor(ColPaleGreen); },
        [](QWidget* w) {
          return w->findChild<QLineEdit*>("txtValue")->palette().color(QPalette::Base) == QColor(0xC0, 0xFF, 0xC0);
-       },
-       {}},
-      {"label",
-       [](BinderForm& f) { f.lblNote.SetCaption("Sent."); },
-       [](QWidget* w) { return w->findChild<QLabel*>("lblNote")->text() == "Sent."; },
-       {}},
-      {"progress",
-       [](BinderForm& f) { f.barDone.SetRange(0, 5), f.barDone.SetValue(4); },
-       [](QWidget* w) { return w->findChild<QProgressBar*>("barDone")->value() == 4; },
-       {}},
-      {"grid row",
-       [](BinderForm& f) { f.grdCells.AddItem("a\tb"); },
-       [](QWidget* w) { return w->findChild<QTableWidget*>("grdCells")->item(2, 1)->text() == "b"; },
-       {}},
-      {"position",
-       [](BinderForm& f) { f.cmdGo.Move(1500, 300); },
-       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->pos() == QPoint(100, 20); },
-       {}},
-      {"drawing",
-       [](BinderForm& f) { f.picDraw.SetBackColor(ColWhite), f.picDraw.Line(0, 0, 1500, 1500, ColRed); },
+       }},
+      {"label", [](BinderForm& f) { f.lblNote.SetCaption("Sent."); },
+       [](QWidget* w) { return w->findChild<QLabel*>("lblNote")->text() == "Sent."; }},
+      {"progress", [](BinderForm& f) { f.barDone.SetRange(0, 5), f.barDone.SetValue(4); },
+       [](QWidget* w) { return w->findChild<QProgressBar*>("barDone")->value() == 4; }},
+      {"grid row", [](BinderForm& f) { f.grdCells.AddItem("a\tb"); },
+       [](QWidget* w) { return w->findChild<QTableWidget*>("grdCells")->item(2, 1)->text() == "b"; }},
+      {"position", [](BinderForm& f) { f.cmdGo.Move(1500, 300); },
+       [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->pos() == QPoint(100, 20); }},
+      {"drawing", [](BinderForm& f) { f.picDraw.SetBackColor(ColWhite), f.picDraw.Line(0, 0, 1500, 1500, ColRed); },
        [](QWidget* w) {
          const QImage image = w->findChild<QLabel*>("picDraw")->pixmap().toImage();
          return image.pixelColor(50, 50) == Qt::red && image.pixelColor(80, 20) == Qt::white;
-       },
-       {}},
+       }},
   };
   for (const ModelCase& c : cases) {
     SCOPED_TRACE(c.what);
@@ -264,9 +242,9 @@ TEST_F(BinderTest, MessageBoxesAndFileDialogsAreRealModalDialogs) {
       EXPECT_EQ(box->text(), "You cannot write DC meter data\nto a LC meter.");
       box->button(c.pressed)->click();
     });
-    EXPECT_EQ(dialogs.MessageBox(MessageIcon::Question, " DPM", "You cannot write DC meter data\rto a LC meter.",
-                                 c.buttons),
-              c.expected);
+    EXPECT_EQ(
+        dialogs.MessageBox(MessageIcon::Question, " DPM", "You cannot write DC meter data\rto a LC meter.", c.buttons),
+        c.expected);
   }
 
   QTimer::singleShot(0, [] {

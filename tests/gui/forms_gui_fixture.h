@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QGroupBox>
 #include <QTest>
 #include <QWidget>
 
 #include "link/globals.h"
 #include "platform/fake/virtual_time.h"
+#include "platform/forms/controls.h"
 #include "platform/forms/form_manager.h"
 #include "platform/qt/form_binder.h"
 #include "platform/qt/qt_dialogs.h"
@@ -59,6 +61,46 @@ class GuiFormsTest : public ::testing::Test {
     W* widget = window->findChild<W*>(name);
     EXPECT_NE(widget, nullptr) << name;
     return widget;
+  }
+
+  // The window of the form has its caption, and every control but the menu items a widget
+  // of its kind, inside the widget of its frame.
+  static void ExpectEveryControlHasItsWidget(const Form& form) {
+    QWidget* window = qt::WindowOf(form);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->windowTitle().toStdString(), form.Caption());
+    for (const Control* control : form.Controls()) {
+      if (control->Kind() == ControlKind::MenuItem) continue;
+      SCOPED_TRACE(form.Name() + " " + control->ObjectName());
+      QWidget* widget = window->findChild<QWidget*>(QString::fromStdString(control->ObjectName()));
+      ASSERT_NE(widget, nullptr);
+      EXPECT_STREQ(widget->metaObject()->className(), WidgetClassFor(control->Kind()));
+      if (const Control* frame = control->Container()) {
+        EXPECT_EQ(widget->parentWidget()->objectName().toStdString(), frame->ObjectName());
+      }
+      if (auto* box = qobject_cast<QGroupBox*>(widget)) {
+        EXPECT_EQ(box->title().toStdString(), static_cast<const Frame*>(control)->Caption());
+      }
+    }
+  }
+  static const char* WidgetClassFor(ControlKind kind) {
+    switch (kind) {
+      case ControlKind::Label:
+      case ControlKind::PictureBox:
+        return "QLabel";
+      case ControlKind::Frame:
+        return "QGroupBox";
+      case ControlKind::ComboBox:
+        return "QComboBox";
+      case ControlKind::TextBox:
+        return "QLineEdit";
+      case ControlKind::OptionButton:
+        return "QRadioButton";
+      case ControlKind::CommandButton:
+        return "QPushButton";
+      default:
+        return "?";
+    }
   }
 
   fake::VirtualTime time;

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include "temp_folder.h"
 
 namespace dpm::emulator {
 namespace {
@@ -50,7 +48,8 @@ TEST(EmulatorControlTest, CommandLine) {
 }
 
 TEST(EmulatorControlTest, SetupFileGivesImageAndKind) {
-  const auto path = std::filesystem::temp_directory_path() / "dpm_emulator_control_test.DPM";
+  const testing::TempFolder folder;
+  const auto path = folder / "setup.DPM";
   std::ofstream(path, std::ios::binary) << std::string(128, '1') << "\r\n0\r\n";
   ProgramOptions options;
   options.imageFile = path.string();

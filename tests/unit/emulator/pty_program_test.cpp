@@ -5,7 +5,6 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -15,11 +14,11 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "temp_folder.h"
 
 extern char** environ;
 
@@ -34,11 +33,8 @@ class EmulatorProgramTest : public ::testing::Test {
 #ifndef DPM_EMULATOR_PROGRAM
     GTEST_SKIP() << "built without the dpm-emulator program";
 #else
-    char pattern[] = "/tmp/dpm_emulator_test_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    dir_ = pattern;
-    link_ = dir_ + "/COM1";
-    log_ = dir_ + "/emulator.log";
+    link_ = (dir_ / "COM1").string();
+    log_ = (dir_ / "emulator.log").string();
     Start({DPM_EMULATOR_PROGRAM, "--link", link_, "--latency", "1"});
 #endif
   }
@@ -50,7 +46,6 @@ class EmulatorProgramTest : public ::testing::Test {
       kill(pid_, SIGKILL);
       waitpid(pid_, nullptr, 0);
     }
-    if (!dir_.empty()) std::filesystem::remove_all(dir_);
   }
 
   void Start(std::vector<std::string> args) {
@@ -113,14 +108,9 @@ class EmulatorProgramTest : public ::testing::Test {
     return -1;
   }
 
-  std::string Log() const {
-    std::ifstream file(log_);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  std::string Log() const { return dpm::testing::FileText(log_); }
 
-  std::string dir_;
+  dpm::testing::TempFolder dir_;
   std::string link_;
   std::string log_;
   pid_t pid_ = -1;

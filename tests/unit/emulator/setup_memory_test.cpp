@@ -15,20 +15,6 @@ std::string DistinctImage(std::size_t digits) {
   return image.substr(0, digits);
 }
 
-TEST(SetupMemoryTest, ImageDigitsLandOnTheirWordAddresses) {
-  SetupMemory memory;
-  memory.LoadImage("ABCD" + std::string(48, '0') + "1234" + std::string(60, '0') + "5678" + "9ABC0000" + "DEF0");
-  EXPECT_EQ(memory.Word(0x1D), 0xABCD) << "digits 1-4";
-  EXPECT_EQ(memory.Word(0x10), 0x1234) << "digits 53-56";
-  EXPECT_EQ(memory.Word(0x00), 0x5678) << "digits 117-120";
-  EXPECT_EQ(memory.Word(0x6D), 0x9ABC) << "digits 121-124";
-  EXPECT_EQ(memory.Word(0x6C), 0x0000);
-  EXPECT_EQ(memory.Word(0x36), 0xDEF0) << "digits 129-132";
-  for (int address = 0; address <= 0x1D; ++address) {
-    EXPECT_EQ(MainRunPosition(address), 1 + 4 * (29 - address));
-  }
-}
-
 TEST(SetupMemoryTest, ImagesOfEveryLengthRoundTrip) {
   for (const std::size_t digits : {std::size_t{120}, std::size_t{128}, std::size_t{132}}) {
     SCOPED_TRACE(digits);

@@ -43,17 +43,11 @@ class LifecycleTest : public FormsTest {
   ~LifecycleTest() override { MainScreen::log = PageScreen::log = HelpScreen::log = nullptr; }
 };
 
-TEST_F(LifecycleTest, AFormIsCreatedAndLoadedOnceOnFirstUse) {
-  MainScreen& first = Forms().Use<MainScreen>();
-  MainScreen& again = Forms().Use<MainScreen>();
-  EXPECT_EQ(&first, &again);
-  EXPECT_EQ(log, (std::vector<std::string>{"frmMain load"}));
-  EXPECT_FALSE(first.Visible());
-  EXPECT_EQ(Forms().Active(), nullptr);
-}
-
-TEST_F(LifecycleTest, ShowActivatesAndHidingTheActiveFormActivatesThePreviousOne) {
+TEST_F(LifecycleTest, AFormIsLoadedOnceOnFirstUseAndHidingTheActiveOneActivatesThePrevious) {
   MainScreen& main = Forms().Use<MainScreen>();
+  EXPECT_EQ(&Forms().Use<MainScreen>(), &main);
+  EXPECT_FALSE(main.Visible());
+  EXPECT_EQ(Forms().Active(), nullptr);
   main.Show();
   main.Show();
   PageScreen& page = Forms().Use<PageScreen>();
@@ -124,30 +118,26 @@ TEST_F(LifecycleTest, WhileAModalFormIsUpTheUserCannotActivateAnother) {
   EXPECT_TRUE(main.IsActive());
 }
 
-TEST_F(LifecycleTest, UnloadDropsTheFormAndTheNextUseStartsAfresh) {
+TEST_F(LifecycleTest, UnloadDropsTheFormUnlessItsHandlerKeepsItAndTheNextUseStartsAfresh) {
   PageScreen& page = Forms().Use<PageScreen>();
   page.txtValue.SetText("edited");
   page.Show();
-  page.Unload();
-  EXPECT_FALSE(Forms().IsLoaded("frmPage"));
-  EXPECT_EQ(Forms().Active(), nullptr);
-  Forms().Unload("frmPage");      // no longer loaded
-  Forms().Unload("frmNotBuilt");  // not part of the program
-  PageScreen& fresh = Forms().Use<PageScreen>();
-  EXPECT_EQ(fresh.txtValue.Text(), "");
-  EXPECT_EQ(log, (std::vector<std::string>{"frmPage load", "frmPage activate", "frmPage unload", "frmPage load"}));
-}
-
-TEST_F(LifecycleTest, AnUnloadHandlerCanKeepTheFormLoaded) {
-  PageScreen& page = Forms().Use<PageScreen>();
   page.keepLoaded = true;
-  page.Show();
   page.UserClose();
   EXPECT_TRUE(Forms().IsLoaded("frmPage"));
   EXPECT_TRUE(page.Visible());
   page.keepLoaded = false;
   page.UserClose();
   EXPECT_FALSE(Forms().IsLoaded("frmPage"));
+  EXPECT_EQ(Forms().Active(), nullptr);
+  PageScreen& fresh = Forms().Use<PageScreen>();
+  EXPECT_EQ(fresh.txtValue.Text(), "");
+  fresh.Unload();
+  EXPECT_FALSE(Forms().IsLoaded("frmPage"));
+  Forms().Unload("frmPage");      // no longer loaded
+  Forms().Unload("frmNotBuilt");  // not part of the program
+  EXPECT_EQ(log, (std::vector<std::string>{"frmPage load", "frmPage activate", "frmPage unload", "frmPage unload",
+                                           "frmPage load", "frmPage unload"}));
 }
 
 TEST_F(LifecycleTest, AFormThatUnloadsItselfLivesUntilItsHandlerReturns) {

@@ -1,35 +1,22 @@
 #include "link/recovery.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "link/globals.h"
 #include "platform/faults.h"
+#include "temp_folder.h"
 
 namespace dpm {
 namespace {
 
+using testing::FileText;
+
 class RecoveryFile : public ::testing::Test {
  protected:
-  RecoveryFile() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "dpm-recovery-XXXXXX").string();
-    folder = ::mkdtemp(pattern.data());
-    ResetGlobals();
-  }
-  ~RecoveryFile() override {
-    std::filesystem::remove_all(folder);
-    ResetGlobals();
-  }
-  std::string Contents() {
-    std::ifstream file(folder / "Recovery.DPM", std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
-  std::filesystem::path folder;
+  RecoveryFile() { ResetGlobals(); }
+  ~RecoveryFile() override { ResetGlobals(); }
+  testing::TempFolder temp;
+  const std::filesystem::path& folder = temp.Path();
 };
 
 TEST_F(RecoveryFile, HoldsTheImageAndMeterKindAsASetupFile) {
@@ -48,7 +35,7 @@ TEST_F(RecoveryFile, HoldsTheImageAndMeterKindAsASetupFile) {
     g.SetupImage = c.image;
     g.MeterKind = c.kind;
     EXPECT_EQ(WriteRecoveryFile(folder), folder / "Recovery.DPM");
-    EXPECT_EQ(Contents(), c.written) << c.image.size() << " digits";
+    EXPECT_EQ(FileText(folder / "Recovery.DPM"), c.written) << c.image.size() << " digits";
   }
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "no temporary file is left";
 }

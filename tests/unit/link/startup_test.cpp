@@ -2,13 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <fstream>
-
 #include "link/globals.h"
 #include "link_fixture.h"
 #include "platform/faults.h"
+#include "temp_folder.h"
 
 namespace dpm {
 namespace {
@@ -89,19 +86,15 @@ TEST(Tables, ControlNamesAndCharName) {
 class StartUpTest : public testing::LinkTest {
  protected:
   StartUpTest() {
-    folder = std::filesystem::temp_directory_path() / ("dpm-startup-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(folder);
     line.SetPortOpen(false);
     line.ClearTranscript();
     ResetGlobals();
   }
-  ~StartUpTest() override {
-    std::filesystem::current_path(std::filesystem::temp_directory_path());
-    std::filesystem::remove_all(folder);
-  }
+  ~StartUpTest() override { std::filesystem::current_path(std::filesystem::temp_directory_path()); }
   void WriteSettings(const std::string& contents) { std::ofstream(folder / "Settings.SSS") << contents; }
 
-  std::filesystem::path folder;
+  testing::TempFolder temp;
+  const std::filesystem::path& folder = temp.Path();
 };
 
 TEST_F(StartUpTest, OpensThePortInOrderAndPreparesTheProgram) {

@@ -75,36 +75,32 @@ TEST_F(TransportTest, PieceCountLimit) {
   }
 }
 
-TEST_F(TransportTest, EchoIsTakenOffAndTheReplyFollows) {
-  Command("G130");
-  ArriveInPieces(line, {"*1G1", "30\r", "C1\r"});
-  ReceiveReply();
-  EXPECT_EQ(g.ErrFlag, kReplyOk);
-  EXPECT_EQ(g.ReplyText, "C1");
-}
-
-TEST_F(TransportTest, EchoFollowedBySilenceStopsAfterHalfASecond) {
-  Command("G130");
-  line.ArriveAfter(50, "*1G130\r");
-  const uint32_t took = TimedReceive();
-  EXPECT_EQ(g.ErrFlag, kAnswerStopped);
-  EXPECT_NEAR(took, 50 + 500, 3);
-}
-
-TEST_F(TransportTest, ReplyInTheSamePieceAsItsEchoIsNotSeen) {
-  Command("G130");
-  line.ArriveAfter(50, "*1G130\rC1\r");
-  ReceiveReply();
-  EXPECT_EQ(g.ErrFlag, kAnswerStopped);
-}
-
-TEST_F(TransportTest, ReplyThatStopsMidwayGivesFive) {
-  Command("XU1D");
-  ArriveInPieces(line, {"0123", "4567"});
-  const uint32_t took = TimedReceive();
-  EXPECT_EQ(g.ErrFlag, kAnswerStopped);
-  EXPECT_EQ(g.ReplyText, "4567") << "the failure leaves the last piece";
-  EXPECT_NEAR(took, 30 + 500, 3);
+// A failure leaves the last piece as the reply; a reply stops half a second after its last piece.
+TEST_F(TransportTest, EchoesAndRepliesThatStop) {
+  struct Case {
+    const char* what;
+    std::vector<std::string> pieces;
+    int16_t errFlag;
+    const char* reply;
+    uint32_t tookMs;
+  };
+  const Case cases[] = {
+      {"the echo is taken off and the reply follows", {"*1G1", "30\r", "C1\r"}, kReplyOk, "C1", 40},
+      {"an echo followed by silence", {"*1G130\r"}, kAnswerStopped, "*1G130\r", 20 + 500},
+      {"a reply in the same piece as its echo is not seen", {"*1G130\rC1\r"}, kAnswerStopped, "*1G130\rC1\r", 520},
+      {"a reply that stops midway", {"0123", "4567"}, kAnswerStopped, "4567", 30 + 500},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Command("G130");
+    ArriveInPieces(line, c.pieces);
+    const uint32_t took = TimedReceive();
+    EXPECT_EQ(g.ErrFlag, c.errFlag);
+    EXPECT_EQ(g.ReplyText, c.reply);
+    EXPECT_NEAR(took, c.tookMs, 3);
+    time.Run(1000);
+    line.Input();
+  }
 }
 
 TEST_F(TransportTest, OddLengthIsCutExceptForReadings) {
@@ -114,8 +110,7 @@ TEST_F(TransportTest, OddLengthIsCutExceptForReadings) {
     const char* expected;
   };
   for (const Case c : {Case{"G130", "1234567\r", "123456"}, Case{"B1", "1234567\r", "1234567"},
-                       Case{"B2", " 12.5\r", " 12.5"}, Case{"XU1D", "123456\r", "123456"},
-                       Case{"R17F", "3\r", ""}}) {
+                       Case{"B2", " 12.5\r", " 12.5"}, Case{"XU1D", "123456\r", "123456"}, Case{"R17F", "3\r", ""}}) {
     SCOPED_TRACE(c.body);
     Command(c.body);
     line.ArriveAfter(20, c.reply);
@@ -150,10 +145,8 @@ TEST_F(TransportTest, HalfDuplexSendDropsRtsAndDiscardsItsOwnTransmission) {
   line.ArriveAfter(105, "*1XU1D\r");  // the computer hears itself on a two-wire line
   SendCommand();
   // Hold time: CharTime x (6 + 1) + 3 = 10 ms after the send, then 8 ms before the read.
-  const std::vector<Event> expected = {{0, Kind::RtsOn, ""},
-                                       {100, Kind::Sent, "*1XU1D\r"},
-                                       {110, Kind::RtsOff, ""},
-                                       {118, Kind::Discarded, "*1XU1D\r"}};
+  const std::vector<Event> expected = {
+      {0, Kind::RtsOn, ""}, {100, Kind::Sent, "*1XU1D\r"}, {110, Kind::RtsOff, ""}, {118, Kind::Discarded, "*1XU1D\r"}};
   EXPECT_EQ(line.Transcript(), expected);
   EXPECT_FALSE(line.RTSEnable());
 }

@@ -1,10 +1,8 @@
 #include "pages/scaling.h"
 
-#include <filesystem>
-#include <fstream>
+#include <functional>
 
 #include "page1_fixture.h"
-#include "setup/main_menu.h"
 
 namespace dpm::testing {
 namespace {
@@ -140,68 +138,6 @@ TEST_F(Page1Test, EveryValueBoxRoundTripsThroughTheDialog) {
     page.RefreshPage1();
     EXPECT_EQ(box.Text(), c.boxText);
   }
-}
-
-TEST_F(Page1Test, ADisabledBoxOpensNothing) {
-  SetupPage1& page = OpenPage();
-  page.txtHiIn.UserClick();
-  EXPECT_FALSE(Forms().IsLoaded(ValueEntry::kName));
-  EXPECT_EQ(g.EntryReturnFlag, 0);
-}
-
-// A whole session through the main menu: the default setup, page 1, a new conditioner,
-// mode and range, a scale factor with its point moved, and the setup saved. The file
-// differs from the default in exactly those fields.
-TEST_F(Page1Test, EditedSetupIsSavedWithExactlyTheChanges) {
-  g.SetupImage = std::string(128, '0');
-  MainMenu& menu = frmMMenu();
-  menu.Show();
-  menu.mnuDefaultSet.UserClick();
-  const std::string defaultImage = g.SetupImage;
-  menu.mnuSetup.UserClick();
-  SetupPage1& page = frmSetup1();
-  ASSERT_TRUE(page.IsActive());
-  EXPECT_FALSE(menu.Visible());
-  EXPECT_FALSE(dialogs.hourglass);
-
-  page.cboSCOpt.UserSelect(3);  // Load Cell
-  page.cboMode.UserSelect(1);   // DC mV
-  page.cboFunc.UserSelect(2);   // 100 mV
-  page.txtScale.UserClick();
-  Type("+0.2500\r");
-  EXPECT_EQ(page.txtScale.Text(), " +02. 500");
-  page.cmdMMenu.UserClick();
-  ASSERT_TRUE(menu.IsActive());
-
-  const std::filesystem::path file = std::filesystem::temp_directory_path() / "page1_session_test.DPM";
-  dialogs.ChooseFile(file.string());
-  menu.mnuSaveAs.UserClick();
-  std::ifstream in(file, std::ios::binary);
-  std::string saved;
-  std::getline(in, saved);
-  in.close();
-  std::filesystem::remove(file);
-
-  std::string expected = defaultImage;
-  expected.replace(34, 2, "03");       // SigCondCode: Load Cell
-  expected.replace(54, 2, "D2");       // DC mV, range 2
-  expected.replace(102, 6, "4009C4");  // Scale 2.500
-  EXPECT_EQ(saved, expected + "\r");
-}
-
-TEST_F(Page1Test, TheMainMenuOpensThePageAndDropsTheDialog) {
-  MainMenu& menu = frmMMenu();
-  menu.Show();
-  menu.mnuView.SetEnabled(true);
-  menu.mnuSetup.UserClick();
-  SetupPage1& page = frmSetup1();
-  page.txtOffset.UserClick();
-  frmEntVal().cmdCancel.UserClick();
-  page.cmdMMenu.UserClick();
-  menu.mnuSetup.UserClick();
-  EXPECT_TRUE(page.IsActive());
-  EXPECT_FALSE(Forms().IsLoaded(ValueEntry::kName)) << "the dialog starts afresh";
-  EXPECT_EQ(&frmSetup1(), &page) << "the page stays loaded";
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 #include <functional>
-#include <map>
+#include <sstream>
 #include <vector>
 
 #include "page1_fixture.h"
@@ -8,26 +8,29 @@
 namespace dpm::testing {
 namespace {
 
+// Checks digits of the image given as "position=digits" pairs, as "55=C0 35=03".
+void ExpectDigits(const std::string& pairs) {
+  std::istringstream in(pairs);
+  for (std::string pair; in >> pair;) {
+    const std::size_t equals = pair.find('=');
+    const int position = std::stoi(pair.substr(0, equals));
+    EXPECT_EQ(g.SetupImage.substr(position - 1, pair.size() - equals - 1), pair.substr(equals + 1)) << pair;
+  }
+}
+
 struct RuleCase {
   const char* what;
-  std::function<void()> image;           // changes to the default setup before the page opens
-  std::function<void(SetupPage1&)> act;  // what the user does on the page
-  std::map<int, std::string> digits;     // bytes of the image afterwards, by position
-  const char* boxes;                     // the scaling boxes left to click
-  const char* loInCaption;
-  std::function<void(SetupPage1&)> more;  // further checks, where a case has them
+  std::function<void()> image;                      // changes to the default setup before the page opens
+  std::function<void(SetupPage1&)> act;             // what the user does on the page
+  const char* digits;                               // of the image afterwards
+  std::function<void(SetupPage1&)> more = nullptr;  // further checks
+  const char* boxes = "txtScale txtOffset";         // the scaling boxes left to click
+  const char* loInCaption = "Low In";
 };
 
 TEST_F(Page1Test, ConditionerModeRangeAndTheRulesOfThePage) {
-  const auto none = [] {};
-  const auto nothing = [](SetupPage1&) {};
   const RuleCase cases[] = {
-      {"default setup",
-       none,
-       nothing,
-       {{55, "60"}, {35, "01"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"default setup", nullptr, nullptr, "55=60 35=01",
        [](SetupPage1& p) {
          EXPECT_EQ(p.cboSCOpt.Text(), "DC");
          EXPECT_EQ(p.cboMode.Text(), "DC V");
@@ -41,166 +44,77 @@ TEST_F(Page1Test, ConditionerModeRangeAndTheRulesOfThePage) {
          EXPECT_EQ(p.txtScale.Text(), " +00001.");
          EXPECT_EQ(p.txtHiIn.Text(), " +. 20000");
        }},
-      {"Load Cell from DC V range 3",
-       [] { ReplaceImageDigits(55, "63"); },
-       [](SetupPage1& p) { p.cboSCOpt.UserSelect(3); },
-       {{55, "C0"}, {35, "03"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"Load Cell from DC V range 3", [] { ReplaceImageDigits(55, "63"); },
+       [](SetupPage1& p) { p.cboSCOpt.UserSelect(3); }, "55=C0 35=03",
        [](SetupPage1& p) {
          EXPECT_EQ(g.InputMode, 7);
          EXPECT_EQ(g.InputRange, 0);
          EXPECT_EQ(p.cboMode.Items(), (std::vector<std::string>{"Strain", "DC mV"}));
          EXPECT_EQ(p.cboFunc.Text(), "  20.0mV");
        }},
-      {"Temperature writes code 1, thermocouple keeps only the offset",
-       none,
-       [](SetupPage1& p) { p.cboSCOpt.UserSelect(0); },
-       {{55, "40"}, {35, "01"}},
-       "txtOffset",
-       "Low In",
+      {"Temperature writes code 1, thermocouple keeps only the offset", nullptr,
+       [](SetupPage1& p) { p.cboSCOpt.UserSelect(0); }, "55=40 35=01",
        [](SetupPage1& p) {
          EXPECT_EQ(p.cboFunc.ListCount(), 14);
          EXPECT_EQ(p.cboResol.Text(), "0.1 Deg");
          EXPECT_FALSE(p.cboDecPt.AcceptsUser());
          EXPECT_FALSE(p.cboCusCrv.AcceptsUser());
          EXPECT_FALSE(p.optCoord.AcceptsUser());
-       }},
-      {"True RMS",
-       none,
-       [](SetupPage1& p) { p.cboSCOpt.UserSelect(2); },
-       {{55, "80"}, {35, "02"}},
-       "txtScale txtOffset",
-       "Low In",
-       nothing},
-      {"RTD Short takes the lead resistance",
-       [] { ReplaceImageDigits(55, "5C"); },
-       nothing,
-       {{55, "5C"}},
-       "txtScale txtOffset txtLoIn",
-       "Lead",
-       nothing},
-      {"mode DC A",
-       none,
-       [](SetupPage1& p) { p.cboMode.UserSelect(1); },
-       {{55, "70"}},
-       "txtScale txtOffset",
-       "Low In",
+       },
+       "txtOffset"},
+      {"True RMS", nullptr, [](SetupPage1& p) { p.cboSCOpt.UserSelect(2); }, "55=80 35=02"},
+      {"RTD Short takes the lead resistance", [] { ReplaceImageDigits(55, "5C"); }, nullptr, "55=5C", nullptr,
+       "txtScale txtOffset txtLoIn", "Lead"},
+      {"mode DC A", nullptr, [](SetupPage1& p) { p.cboMode.UserSelect(1); }, "55=70",
        [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListCount(), 4); }},
-      {"mode Ratio",
-       [] { ReplaceImageDigits(55, "64"); },
-       [](SetupPage1& p) { p.cboMode.UserSelect(2); },
-       {{55, "A0"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"mode Ratio starts at the first range", [] { ReplaceImageDigits(55, "64"); },
+       [](SetupPage1& p) { p.cboMode.UserSelect(2); }, "55=A0",
        [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListCount(), 3); }},
-      {"mode RMS A",
-       [] { ReplaceImageDigits(55, "80"); },
-       [](SetupPage1& p) { p.cboMode.UserSelect(1); },
-       {{55, "90"}},
-       "txtScale txtOffset",
-       "Low In",
-       nothing},
-      {"mode DC mV",
-       [] { ReplaceImageDigits(55, "C2"); },
-       [](SetupPage1& p) { p.cboMode.UserSelect(1); },
-       {{55, "D0"}},
-       "txtScale txtOffset",
-       "Low In",
-       nothing},
-      {"range 200 V",
-       none,
-       [](SetupPage1& p) { p.cboFunc.UserSelect(3); },
-       {{55, "63"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"mode DC mV of the load cell", [] { ReplaceImageDigits(55, "C2"); },
+       [](SetupPage1& p) { p.cboMode.UserSelect(1); }, "55=D0"},
+      {"range 200 V", nullptr, [](SetupPage1& p) { p.cboFunc.UserSelect(3); }, "55=63",
        [](SetupPage1& p) { EXPECT_EQ(p.txtHiIn.Text(), " +200. 00"); }},
-      {"a range beyond the list shows the first and keeps the byte",
-       [] { ReplaceImageDigits(55, "69"); },
-       nothing,
-       {{55, "69"}},
-       "txtScale txtOffset",
-       "Low In",
-       [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListIndex(), 0); }},
-      {"custom curve leaves only Rd0",
-       none,
-       [](SetupPage1& p) { p.cboCusCrv.UserSelect(1); },
-       {{33, "01"}},
-       "txtLoIn",
-       "Rd0",
+      {"a range beyond the list shows the first and keeps the byte", [] { ReplaceImageDigits(55, "69"); }, nullptr,
+       "55=69", [](SetupPage1& p) { EXPECT_EQ(p.cboFunc.ListIndex(), 0); }},
+      {"custom curve leaves only Rd0", nullptr, [](SetupPage1& p) { p.cboCusCrv.UserSelect(1); }, "33=01",
        [](SetupPage1& p) {
          EXPECT_EQ(g.CustomCurveInForce, 1);
          EXPECT_FALSE(p.optSclOff.AcceptsUser());
          EXPECT_FALSE(p.optRdCoord.AcceptsUser());
          EXPECT_EQ(p.txtLoIn.Text(), g.CustomCurveRd0Text);
-       }},
+       },
+       "txtLoIn", "Rd0"},
       {"custom curve on a temperature meter changes nothing",
-       [] { ReplaceImageDigits(55, "41"), ReplaceImageDigits(33, "01"); },
-       nothing,
-       {{33, "01"}},
-       "txtOffset",
-       "Low In",
-       [](SetupPage1&) { EXPECT_EQ(g.CustomCurveInForce, 0); }},
-      {"a BASIC meter with the curve bit still gets Rd0",
-       [] { g.MeterKind = "0", ReplaceImageDigits(33, "01"); },
-       nothing,
-       {{33, "01"}},
-       "txtLoIn",
-       "Rd0",
-       [](SetupPage1& p) { EXPECT_FALSE(p.cboCusCrv.AcceptsUser()); }},
-      {"BASIC clears custom curve and rate",
-       [] { ReplaceImageDigits(33, "B1"); },
-       [](SetupPage1& p) { p.optBasic.UserFocus(); },
-       {{33, "80"}},
-       "txtScale txtOffset",
-       "Low In",
+       [] { ReplaceImageDigits(55, "41"), ReplaceImageDigits(33, "01"); }, nullptr, "33=01",
+       [](SetupPage1&) { EXPECT_EQ(g.CustomCurveInForce, 0); }, "txtOffset"},
+      {"a BASIC meter with the curve bit still gets Rd0", [] { g.MeterKind = "0", ReplaceImageDigits(33, "01"); },
+       nullptr, "33=01", [](SetupPage1& p) { EXPECT_FALSE(p.cboCusCrv.AcceptsUser()); }, "txtLoIn", "Rd0"},
+      {"BASIC clears custom curve and rate", [] { ReplaceImageDigits(33, "B1"); },
+       [](SetupPage1& p) { p.optBasic.UserFocus(); }, "33=80",
        [](SetupPage1& p) {
          EXPECT_EQ(g.MeterKind, "0");
          EXPECT_TRUE(p.optBasic.Value());
          EXPECT_FALSE(p.cboRate.AcceptsUser());
          EXPECT_EQ(g.HelpContext, 1301);
        }},
-      {"EXTENDED sets digit 49 bit 2",
-       [] { g.MeterKind = "0", ReplaceImageDigits(49, "71"); },
-       [](SetupPage1& p) { p.optExtend.UserFocus(); },
-       {{49, "75"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"EXTENDED sets digit 49 bit 2", [] { g.MeterKind = "0", ReplaceImageDigits(49, "71"); },
+       [](SetupPage1& p) { p.optExtend.UserFocus(); }, "49=75",
        [](SetupPage1& p) {
          EXPECT_EQ(g.MeterKind, "1");
          EXPECT_EQ(p.cboComOpt.Text(), "RS232 Board");
          EXPECT_TRUE(p.cboRate.AcceptsUser());
        }},
-      {"resolution rebuilds the input point",
-       none,
-       [](SetupPage1& p) { p.cboResol.UserSelect(3); },
-       {{53, "C0"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"resolution rebuilds the input point", nullptr, [](SetupPage1& p) { p.cboResol.UserSelect(3); }, "53=C0",
        [](SetupPage1& p) { EXPECT_EQ(p.txtHiIn.Text(), " +2. 0000"); }},
-      {"decimal point re-reads the display values",
-       none,
-       [](SetupPage1& p) { p.cboDecPt.UserSelect(2); },
-       {{39, "03"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"decimal point re-reads the display values", nullptr, [](SetupPage1& p) { p.cboDecPt.UserSelect(2); }, "39=03",
        [](SetupPage1& p) {
          EXPECT_EQ(g.DisplayDp, 3);
          EXPECT_EQ(p.txtHiRd.Text(), " +200. 00");
        }},
-      {"rate, line frequency and leading zeros",
-       none,
-       [](SetupPage1& p) { p.cboRate.UserSelect(4), p.cboHz.UserSelect(1); },
-       {{33, "40"}, {53, "20"}},
-       "txtScale txtOffset",
-       "Low In",
-       nothing},
-      {"option boards and their shadows",
-       none,
-       [](SetupPage1& p) { p.cboRlyOpt.UserSelect(0), p.cboComOpt.UserSelect(3), p.cboAnaOpt.UserSelect(0); },
-       {{49, "1D"}},
-       "txtScale txtOffset",
-       "Low In",
+      {"rate, line frequency and leading zeros", nullptr,
+       [](SetupPage1& p) { p.cboRate.UserSelect(4), p.cboHz.UserSelect(1); }, "33=40 53=20"},
+      {"option boards and their shadows", nullptr,
+       [](SetupPage1& p) { p.cboRlyOpt.UserSelect(0), p.cboComOpt.UserSelect(3), p.cboAnaOpt.UserSelect(0); }, "49=1D",
        [](SetupPage1&) {
          EXPECT_EQ(g.RelayOption, 0);
          EXPECT_EQ(g.CommOption, 3);
@@ -211,45 +125,42 @@ TEST_F(Page1Test, ConditionerModeRangeAndTheRulesOfThePage) {
     SCOPED_TRACE(c.what);
     Forms().Reset();
     DefaultData();
-    c.image();
+    if (c.image) c.image();
     SetupPage1& page = OpenPage();
-    c.act(page);
-    for (const auto& [position, byte] : c.digits) EXPECT_EQ(Digits(position), byte) << "digit " << position;
+    if (c.act) c.act(page);
+    ExpectDigits(c.digits);
     EXPECT_EQ(EnabledBoxes(page), c.boxes);
     EXPECT_EQ(page.fraLoIn.Caption(), c.loInCaption);
     EXPECT_TRUE(page.PageReady);
-    c.more(page);
+    if (c.more) c.more(page);
   }
 }
 
-TEST_F(Page1Test, ListsWriteNothingWhileThePageFills) {
-  // A display value that no filter allows: filling the page selects it and raises the
-  // list's click, which must not write the forced value back.
-  ReplaceImageDigits(51, "1A");
-  const std::string image = g.SetupImage;
-  SetupPage1& page = OpenPage();
-  EXPECT_EQ(page.cboDVal.Text(), "Batch 16 Avg");
-  page.RefreshPage1();
-  EXPECT_EQ(g.SetupImage, image);
-}
-
+// A display value that no filter allows is shown as stored: filling the page selects it and
+// raises the list's click, which must not write the forced value back. A pick by the user is
+// forced to the filtered value.
 TEST_F(Page1Test, NoFilterKeepsTheDisplayValueFiltered) {
   struct Case {
     const char* filterByte;
+    const char* opened;
     int pick;
     const char* written;
     const char* shown;
   };
   const Case cases[] = {
-      {"36", 0, "16", "Batch 16 Avg"},  // 1.2 s filter: the pick stands
-      {"3A", 0, "3A", "Filtered"},      // no filter: snaps back
-      {"1A", 1, "3A", "Filtered"},
+      {"36", "Filtered", 0, "16", "Batch 16 Avg"},  // 1.2 s filter: the pick stands
+      {"3A", "Filtered", 0, "3A", "Filtered"},      // no filter: snaps back
+      {"1A", "Batch 16 Avg", 1, "3A", "Filtered"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.filterByte);
     Forms().Reset();
     ReplaceImageDigits(51, c.filterByte);
+    const std::string image = g.SetupImage;
     SetupPage1& page = OpenPage();
+    page.RefreshPage1();
+    EXPECT_EQ(page.cboDVal.Text(), c.opened);
+    EXPECT_EQ(g.SetupImage, image) << "filling the page writes nothing";
     page.cboDVal.UserSelect(c.pick);
     EXPECT_EQ(Digits(51), c.written);
     EXPECT_EQ(page.cboDVal.Text(), c.shown);
@@ -318,11 +229,17 @@ TEST_F(Page1Test, ReturnFromTheValueEntryDialogKeepsThePage) {
   EXPECT_TRUE(page.IsActive());
   EXPECT_EQ(page.cboRate.Text(), "Disabled") << "closing the dialog rebuilds nothing";
 
-  // The main menu and back: the flag still stands.
+  // The main menu and back through its View item: the flag still stands, the page stays
+  // loaded and the dialog is dropped.
   page.cmdMMenu.UserClick();
-  EXPECT_TRUE(frmMMenu().IsActive());
+  MainMenu& menu = frmMMenu();
+  EXPECT_TRUE(menu.IsActive());
   EXPECT_FALSE(page.Visible());
-  page.Show();
+  menu.mnuView.SetEnabled(true);
+  menu.mnuSetup.UserClick();
+  EXPECT_TRUE(page.IsActive());
+  EXPECT_EQ(&frmSetup1(), &page);
+  EXPECT_FALSE(Forms().IsLoaded(ValueEntry::kName)) << "the dialog starts afresh";
   EXPECT_EQ(page.cboRate.Text(), "Disabled");
 
   // Any other arrival rebuilds the page from the image.

@@ -1,5 +1,6 @@
 #include "panelmenu/value_entry.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -239,31 +240,39 @@ TEST_F(ValueEntryTest, ByteAbove255IsRefusedAtAccept) {
   EXPECT_EQ(Digits(125, 2), "C8");
 }
 
-TEST_F(ValueEntryTest, EnterAcceptsWithoutTheButtonsFlag) {
-  ValueEntry& dialog = Open(" +01000.", 2, 115);
-  EXPECT_EQ(g.EntryReturnFlag, 1) << "opening sets the flag";
-  g.EntryReturnFlag = 0;
-  Type("+00007");
-  Type("\r");
-  EXPECT_EQ(Digits(115), "000007");
-  EXPECT_EQ(host->txtA.Text(), " +00007.");
-  EXPECT_FALSE(dialog.Visible());
-  EXPECT_EQ(g.EntryReturnFlag, 0);
-}
-
-TEST_F(ValueEntryTest, CancelLeavesImageAndTextAlone) {
-  const std::string image = g.SetupImage;
-  ValueEntry& dialog = Open(" +01000.", 2, 115);
-  Type("-99999");
-  g.EntryReturnFlag = 0;
-  dialog.cmdCancel.UserClick();
-  EXPECT_EQ(g.SetupImage, image);
-  EXPECT_EQ(g.EntryText, " +01000.");
-  EXPECT_EQ(host->txtA.Text(), " +01000.");
-  EXPECT_EQ(host->txtA.BackColor(), ColWhite);
-  EXPECT_FALSE(dialog.Visible());
-  EXPECT_EQ(g.EntryReturnFlag, 1);
-  EXPECT_TRUE(host->IsActive());
+// Enter writes like OK but leaves the return flag alone; Cancel and F1 write nothing, and F1
+// leaves the box marked for the dialog's return.
+TEST_F(ValueEntryTest, EnterCancelAndF1) {
+  struct Case {
+    const char* what;
+    std::function<void(ValueEntry&)> close;
+    const char* digits;  // of the field afterwards; the rest of the image stays
+    const char* boxText;
+    int16_t flag;
+    uint32_t boxColor;
+  };
+  const Case cases[] = {
+      {"Enter", [](ValueEntry& d) { d.txtDigit[5].UserKeyPress('\r'); }, "000007", " +00007.", 0, ColWhite},
+      {"Cancel", [](ValueEntry& d) { d.cmdCancel.UserClick(); }, "0003E8", " +01000.", 1, ColWhite},
+      {"F1", [](ValueEntry& d) { d.txtDigit[2].UserKeyDown(kKeyF1, 0); }, "0003E8", " +01000.", 0, ColPaleGreen},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    g.SetupImage = DefaultSetupImage(4);
+    ValueEntry& dialog = Open(" +01000.", 2, 115);
+    EXPECT_EQ(g.EntryReturnFlag, 1) << "opening sets the flag";
+    g.EntryReturnFlag = 0;
+    Type("+00007");
+    c.close(dialog);
+    std::string image = DefaultSetupImage(4);
+    EXPECT_EQ(g.SetupImage, image.replace(114, 6, c.digits));
+    EXPECT_EQ(host->txtA.Text(), c.boxText);
+    EXPECT_EQ(g.EntryText, c.boxText);
+    EXPECT_EQ(g.EntryReturnFlag, c.flag);
+    EXPECT_EQ(host->txtA.BackColor(), c.boxColor);
+    EXPECT_FALSE(dialog.Visible());
+    EXPECT_TRUE(host->IsActive());
+  }
 }
 
 TEST_F(ValueEntryTest, OpeningMarksTheBoxAndPlacesTheDialog) {
@@ -282,15 +291,6 @@ TEST_F(ValueEntryTest, OpeningMarksTheBoxAndPlacesTheDialog) {
   EXPECT_EQ(Places(), (PlaceTexts{"+", "0", "0", "0", "4", "2."}));
   EXPECT_EQ(host->txtA.BackColor(), ColPaleGreen);
   EXPECT_EQ(host->txtB.BackColor(), ColPaleGreen);
-}
-
-TEST_F(ValueEntryTest, F1StepsAsideAndLeavesTheBoxMarked) {
-  ValueEntry& dialog = Open(" +01000.", 2, 115);
-  const std::string image = g.SetupImage;
-  dialog.txtDigit[2].UserKeyDown(kKeyF1, 0);
-  EXPECT_FALSE(dialog.Visible());
-  EXPECT_EQ(host->txtA.BackColor(), ColPaleGreen);
-  EXPECT_EQ(g.SetupImage, image);
 }
 
 TEST_F(ValueEntryTest, ABoxThatIsGoneIsNoLongerServed) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "link/transport.h"
 #include "setup/default_image.h"
 #include "transfer_fixture.h"
@@ -69,8 +71,8 @@ TEST_F(GetSetupTest, LoadCellMeter) {
     const char* what;
     const char* facts;  // the reply to R17F: bit 1 hardware, bit 0 data sheet
     Commands expected;
-    std::string tail;  // what follows the 120 digits of the main block
-    int16_t hardware, present, enabled;
+    std::string tail;                            // what follows the 120 digits of the main block
+    std::tuple<int16_t, int16_t, int16_t> teds;  // hardware, present, enabled
   };
   const Case cases[] = {
       {"with data sheet hardware",
@@ -83,11 +85,8 @@ TEST_F(GetSetupTest, LoadCellMeter) {
         {4678, "*1W1151003"},
         {5779, "*1G1DE"},
         {6192, "*1W1150003"}},
-       "04010D00"
-       "0C00",
-       1,
-       1,
-       1},
+       "04010D000C00",
+       {1, 1, 1}},
       // The data sheet flag stays as an earlier meter left it (1 here).
       {"without",
        "01",
@@ -99,9 +98,7 @@ TEST_F(GetSetupTest, LoadCellMeter) {
         {5172, "*1G1DE"},
         {5585, "*1W1150003"}},
        "04010D00",
-       0,
-       1,
-       1},
+       {0, 1, 1}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -116,7 +113,7 @@ TEST_F(GetSetupTest, LoadCellMeter) {
     GetSetup(menu.screen);
     EXPECT_EQ(SentSince(start), c.expected);
     EXPECT_EQ(g.SetupImage, WithDigits(kLoadCellBlock, 49, "F5") + c.tail);
-    EXPECT_EQ(std::tie(g.TedsHardware, g.TedsPresent, g.TedsEnabled), std::tie(c.hardware, c.present, c.enabled));
+    EXPECT_EQ(std::tie(g.TedsHardware, g.TedsPresent, g.TedsEnabled), c.teds);
   }
 }
 

@@ -41,12 +41,8 @@ TEST_F(PutSetupTest, DefaultSetupToADcMeter) {
       {713, "*1WA18" + kDefault.substr(20, 40)},
       {2814, "*1WF0E" + kDefault.substr(60, 60)},
       {4915, "*1W31D" + kDefault.substr(0, 12)},
-      {6016,
-       "*1W136"
-       "0C00"},
-      {7117,
-       "*1W26D"
-       "04010D00"},
+      {6016, "*1W1360C00"},  // the tare byte
+      {7117, "*1W26D04010D00"},
   };
   EXPECT_EQ(Sent(), expected);
   EXPECT_EQ(time.Elapsed(), 7618u);
@@ -72,11 +68,8 @@ TEST_F(PutSetupTest, LineFollowsANewBaudRateAndAddressBetweenTheBlocks) {
                               "2814 *1WF0E" + image.substr(60, 60),
                               "4815 settings 19200,n,8,1",
                               "4915 *AW31D" + image.substr(0, 12) + "Z",
-                              "5216 *AW136"
-                              "0C00"
-                              "Z",
-                              "5517 *AW26D"
-                              "09010D00",
+                              "5216 *AW1360C00Z",
+                              "5517 *AW26D09010D00",
                           }));
   EXPECT_EQ(std::tie(g.BaudIndex, g.CharTime, g.MeterAddressNumber), std::make_tuple(6, 1, 1))
       << "the character time and the address of the settings stay";

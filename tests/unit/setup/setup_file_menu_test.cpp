@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <sstream>
-
 #include "platform/faults.h"
 #include "setup/default_image.h"
+#include "temp_folder.h"
 #include "transfer_fixture.h"
 
 namespace dpm {
@@ -36,27 +32,17 @@ class User : public fake::ScriptedDialogs {
 
 class SetupFileMenuTest : public testing::TransferTest {
  protected:
-  SetupFileMenuTest() : start(fs::current_path()), dir(fs::temp_directory_path() / RandomName()) {
-    Platform().dialogs = &user;
-    fs::create_directories(dir);
-  }
-  ~SetupFileMenuTest() override {
-    fs::current_path(start);
-    fs::remove_all(dir);
-  }
-  static std::string RandomName() { return "dpm_file_menu_" + std::to_string(std::random_device{}()); }
+  SetupFileMenuTest() { Platform().dialogs = &user; }
+  ~SetupFileMenuTest() override { fs::current_path(start); }
   fs::path File(const std::string& name, const std::string& contents) const {
     std::ofstream(dir / name, std::ios::binary) << contents;
     return dir / name;
   }
-  std::string Contents(const std::string& name) const {
-    std::ostringstream text;
-    text << std::ifstream(dir / name, std::ios::binary).rdbuf();
-    return text.str();
-  }
+  std::string Contents(const std::string& name) const { return testing::FileText(dir / name); }
 
-  fs::path start;
-  fs::path dir;
+  fs::path start = fs::current_path();
+  testing::TempFolder temp;
+  const fs::path& dir = temp.Path();
   User user;
   std::string setupFileName;
 };

@@ -2,38 +2,30 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
-#include <sstream>
 
 #include "link/globals.h"
 #include "platform/faults.h"
 #include "setup/default_image.h"
+#include "temp_folder.h"
 
 namespace dpm {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::FileText;
 
 class SetupFilesTest : public ::testing::Test {
  protected:
-  SetupFilesTest() : dir(fs::temp_directory_path() / ("dpm_setup_files_" + std::to_string(std::random_device{}()))) {
-    ResetGlobals();
-    fs::create_directories(dir);
-  }
-  ~SetupFilesTest() override { fs::remove_all(dir); }
+  SetupFilesTest() { ResetGlobals(); }
 
   fs::path File(const std::string& contents) {
     std::ofstream(dir / "f.DPM", std::ios::binary) << contents;
     return dir / "f.DPM";
   }
-  std::string Contents(const fs::path& path) const {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-  }
 
-  fs::path dir;
+  testing::TempFolder temp;
+  const fs::path& dir = temp.Path();
 };
 
 const std::string kBody(120, '5');
@@ -68,13 +60,13 @@ TEST_F(SetupFilesTest, WritingNeverMakesAnOldFile) {
                                     {DefaultSetupImage(4), DefaultSetupImage(4)}}) {
     g.SetupImage = image;
     SaveSetupFile(dir / "w.DPM");
-    EXPECT_EQ(Contents(dir / "w.DPM"), line + "\r\n1\r\n");
+    EXPECT_EQ(FileText(dir / "w.DPM"), line + "\r\n1\r\n");
     EXPECT_EQ(g.SetupImage, line) << "the image in hand is padded too";
   }
   // An old file keeps the suffix it gained on reading.
   ASSERT_TRUE(LoadSetupFile(File(kBody + "\r\n1\r\n")));
   SaveSetupFile(dir / "w.DPM");
-  EXPECT_EQ(Contents(dir / "w.DPM"), kBody + "0001000D\r\n1\r\n");
+  EXPECT_EQ(FileText(dir / "w.DPM"), kBody + "0001000D\r\n1\r\n");
 }
 
 // Whatever a file holds, reading it ends; a file that fails leaves the setup in hand.
@@ -104,7 +96,9 @@ TEST_F(SetupFilesTest, FilesThatAreNoSetupFiles) {
     g.SetupImage = "previous";
     g.FirmwareRev = 5;
     EXPECT_EQ(LoadSetupFile(File(c.contents)), c.opens);
-    if (!c.opens) EXPECT_EQ(std::tie(g.SetupImage, g.FirmwareRev), std::make_tuple(std::string("previous"), 5));
+    if (!c.opens) {
+      EXPECT_EQ(std::tie(g.SetupImage, g.FirmwareRev), std::make_tuple(std::string("previous"), 5));
+    }
   }
   EXPECT_FALSE(LoadSetupFile(dir / "missing.DPM"));
   EXPECT_FALSE(LoadSetupFile(dir)) << "a folder";

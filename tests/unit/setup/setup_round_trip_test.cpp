@@ -2,11 +2,6 @@
 // setup fetched, saved, replaced by the default, opened again, changed and put back.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <sstream>
-
 #include "emulator/in_process_meter.h"
 #include "link/image_access.h"
 #include "link_fixture.h"
@@ -14,6 +9,7 @@
 #include "platform/forms/form_manager.h"
 #include "setup/default_image.h"
 #include "setup/main_menu.h"
+#include "temp_folder.h"
 
 namespace dpm {
 namespace {
@@ -22,8 +18,7 @@ namespace fs = std::filesystem;
 
 class SetupRoundTripTest : public testing::LinkTest {
  protected:
-  SetupRoundTripTest()
-      : file(fs::temp_directory_path() / ("dpm_round_trip_" + std::to_string(std::random_device{}()))) {
+  SetupRoundTripTest() {
     Forms().Reset();
     Platform().dialogs = &user;
     g.MeterAddressNumber = 1;
@@ -31,18 +26,12 @@ class SetupRoundTripTest : public testing::LinkTest {
     g.DefaultFirmwareRev = 4;
     g.LinkEnabled = 1;
   }
-  ~SetupRoundTripTest() override {
-    Forms().Reset();
-    fs::remove(file);
-  }
-  std::string FileContents() const {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-  }
+  ~SetupRoundTripTest() override { Forms().Reset(); }
+  std::string FileContents() const { return testing::FileText(file); }
 
   fake::ScriptedDialogs user;
-  fs::path file;
+  testing::TempFolder folder;
+  fs::path file = folder / "setup.DPM";
 };
 
 TEST_F(SetupRoundTripTest, FromTheMeterToAFileAndBack) {
@@ -63,7 +52,7 @@ TEST_F(SetupRoundTripTest, FromTheMeterToAFileAndBack) {
   RecordProperty("GetSetupVirtualMs", static_cast<int>(getMs));
   EXPECT_EQ(menu.lblGPText.Caption(), "Getting data from the DPM.  Data received O.K.");
   const std::string fetched = g.SetupImage;
-  EXPECT_EQ(fetched.substr(114, 6), "0004D2");
+  EXPECT_EQ(fetched, stored.substr(0, 128)) << "a DC meter without data sheet: 128 digits";
 
   user.ChooseFile(file.string());
   menu.mnuSaveAs.UserClick();
@@ -81,7 +70,7 @@ TEST_F(SetupRoundTripTest, FromTheMeterToAFileAndBack) {
   EXPECT_EQ(FileContents().substr(114, 6), "0007D0");
   menu.mnuPut.UserClick();
   EXPECT_EQ(menu.lblGPText.Caption(), "Putting data to the DPM.  Data Transferred O.K.");
-  EXPECT_EQ(meter.Device().Image(128).substr(20, 100), g.SetupImage.substr(20, 100));
+  EXPECT_EQ(meter.Device().Image(128).substr(20), g.SetupImage.substr(20)) << "every block that Put sends";
   EXPECT_FALSE(user.hourglass);
 }
 

@@ -57,12 +57,12 @@ struct Globals {
   int16_t MenuViewUp = 0;
 
   // The value entry dialog: what the page that opens it hands over, and what it gives back.
-  std::string EntryText;          // the box's text in, the accepted text out
-  int16_t EntryFormat = 0;        // the value format of the field
-  TextBox* EntryBox = nullptr;    // the box the dialog serves
-  int16_t EntryPosition = 0;      // digit position of the field in the image
-  int16_t EntryReturnFlag = 0;    // 1 from opening the dialog until a page button or help clears it
-  int16_t CharCode = 0;           // the byte accepted in the single-byte format
+  std::string EntryText;        // the box's text in, the accepted text out
+  int16_t EntryFormat = 0;      // the value format of the field
+  TextBox* EntryBox = nullptr;  // the box the dialog serves
+  int16_t EntryPosition = 0;    // digit position of the field in the image
+  int16_t EntryReturnFlag = 0;  // 1 from opening the dialog until a page button or help clears it
+  int16_t CharCode = 0;         // the byte accepted in the single-byte format
 
   // Setup page 1.
   int16_t CustomCurveInForce = 0;  // 1 when the custom curve takes over the scaling boxes

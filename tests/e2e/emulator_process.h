@@ -71,7 +71,8 @@ class EmulatorProcess {
         const std::string line = pending_.substr(0, end);
         pending_.erase(0, end + 1);
         const std::size_t text = line.find("  ", line.find_first_not_of(' '));
-        if (text != std::string::npos && line.compare(text + 2, prefix.size(), prefix) == 0) return line.substr(text + 2);
+        if (text != std::string::npos && line.compare(text + 2, prefix.size(), prefix) == 0)
+          return line.substr(text + 2);
       }
       pollfd poller{output_, POLLIN, 0};
       if (poll(&poller, 1, 50) > 0) {

@@ -98,7 +98,9 @@ void FakeSerialLine::Tick(uint32_t nowMs) {
   if (peer_) peer_->Tick(nowMs);
 }
 
-void FakeSerialLine::Record(Kind kind, std::string text) { transcript_.push_back({time_.Elapsed(), kind, std::move(text)}); }
+void FakeSerialLine::Record(Kind kind, std::string text) {
+  transcript_.push_back({time_.Elapsed(), kind, std::move(text)});
+}
 
 void FakeSerialLine::CheckFault(const char* operation) const {
   if (failing_) throw SerialFault(std::string("The serial device stopped responding (") + operation + ")");

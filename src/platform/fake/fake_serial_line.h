@@ -40,7 +40,7 @@ class FakeSerialLine : public SerialPort {
   explicit FakeSerialLine(VirtualTime& time);
 
   // The far end.
-  void ArriveAt(uint32_t elapsedMs, std::string bytes);  // at a virtual time since start
+  void ArriveAt(uint32_t elapsedMs, std::string bytes);   // at a virtual time since start
   void ArriveAfter(uint32_t delayMs, std::string bytes);  // so long from now
   void Arrive(std::string bytes);                         // at once
   void SetPeer(SerialPeer* peer) { peer_ = peer; }

@@ -26,11 +26,11 @@ struct ReadCase {
 
 TEST_F(ImageAccessTest, ReadValueWorkedExamples) {
   const ReadCase cases[] = {
-      {"0004D2", 2, 3, " +012. 34", 3},  {"0004D2", 12, 3, " 012.34", 3},   {"FFFB2E", 2, 3, " - 012. 34", 3},
-      {"FFFB2E", 12, 3, "-012.34", 3},   {"00FFFF", 2, 2, " +6553. 5", 2},  {"00FFFF", 0, 2, " +000-. 1", 2},
-      {"0186A0", 3, 1, " +00000.", 1},   {"100001", 4, 3, " +00001.", 1},   {"C00FA0", 4, 2, " - 04. 000", 4},
-      {"C00FA0", 14, 2, "-04.000", 4},   {"60FFFF", 4, 1, " +. 65535", 6},  {"000000", 2, 9, " +. 00000", 6},
-      {"000000", 2, -3, " +00000.", 1},  {"0004D2", 1, 3, " +000. 00", 3},  {"80FFFF", 4, 6, " - 65535.", 1},
+      {"0004D2", 2, 3, " +012. 34", 3}, {"0004D2", 12, 3, " 012.34", 3},  {"FFFB2E", 2, 3, " - 012. 34", 3},
+      {"FFFB2E", 12, 3, "-012.34", 3},  {"00FFFF", 2, 2, " +6553. 5", 2}, {"00FFFF", 0, 2, " +000-. 1", 2},
+      {"0186A0", 3, 1, " +00000.", 1},  {"100001", 4, 3, " +00001.", 1},  {"C00FA0", 4, 2, " - 04. 000", 4},
+      {"C00FA0", 14, 2, "-04.000", 4},  {"60FFFF", 4, 1, " +. 65535", 6}, {"000000", 2, 9, " +. 00000", 6},
+      {"000000", 2, -3, " +00000.", 1}, {"0004D2", 1, 3, " +000. 00", 3}, {"80FFFF", 4, 6, " - 65535.", 1},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.digits) + " format " + std::to_string(c.format));
@@ -111,14 +111,11 @@ TEST_F(ImageAccessTest, FieldWorkedExamples) {
     const char* after;
   };
   const Case cases[] = {
-      {"A5", 6, 4, 2, 5, "D5"},
-      {"A5", 0, 0, 1, 0, "A4"},
-      {"A5", 1, 1, 0, 1, "A7"},
-      {"A5", 7, 0, 165, 0x3C, "3C"},  // a whole byte keeps nothing
-      {"A5", 7, 0, 165, 7, "07"},     // one hexadecimal digit gets its leading zero
-      {"00", 1, 0, 0, 5, "05"},       // too large for the field: spills into the bits above
-      {"FF", 3, 2, 3, 0, "F3"},
-      {"80", 7, 4, 8, 0x1F, "1F"},  // three digits: only the first two are written
+      {"A5", 6, 4, 2, 5, "D5"},   {"A5", 0, 0, 1, 0, "A4"},
+      {"A5", 1, 1, 0, 1, "A7"},   {"A5", 7, 0, 165, 0x3C, "3C"},  // a whole byte keeps nothing
+      {"A5", 7, 0, 165, 7, "07"},                                 // one hexadecimal digit gets its leading zero
+      {"00", 1, 0, 0, 5, "05"},                                   // too large for the field: spills into the bits above
+      {"FF", 3, 2, 3, 0, "F3"},   {"80", 7, 4, 8, 0x1F, "1F"},    // three digits: only the first two are written
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.before) + " bits " + std::to_string(c.hi) + "-" + std::to_string(c.lo));

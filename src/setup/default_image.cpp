@@ -7,7 +7,8 @@ namespace dpm {
 std::string DefaultSetupImage(int16_t firmwareRev) {
   char revision[8];
   std::snprintf(revision, sizeof revision, "%02X", static_cast<unsigned>(firmwareRev) & 0xFFu);
-  // clang-format off: one field a line, as the image lies
+  // One field a line, in the order the image holds them.
+  // clang-format off
   return std::string(20, '0') +
          "000000"    // Deviation2
          "000000"    // Deviation1

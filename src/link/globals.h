@@ -32,6 +32,8 @@ struct Globals {
   std::string CommandText;
   std::string ReplyText;
   int16_t ErrFlag = 0;
+  // The port faulted or its device went away; the next command opens it again by name.
+  bool LinkLost = false;
 
   // The setup image and what is derived from it.
   std::string SetupImage;

@@ -79,7 +79,6 @@ std::string FirstFieldOf(const std::string& fileText) {
   }
   const std::size_t end = fileText.find_first_of(",\r\n", i);
   std::string field = fileText.substr(i, end == std::string::npos ? std::string::npos : end - i);
-  while (!field.empty() && (field.back() == ' ' || field.back() == '\t')) field.pop_back();
   return field;
 }
 

@@ -25,6 +25,32 @@ int32_t CommandLineTimeMs() { return g.CharTime * static_cast<int32_t>(g.Command
 
 bool IsReadingCommand() { return Mid(g.CommandText, 3, 1) == "B"; }
 
+// A port that faulted is closed and marked lost: an unplugged adapter, a device that went
+// away. Closing a dead device cannot fail in a way that matters here.
+void LoseLine() {
+  g.LinkLost = true;
+  try {
+    if (Link().PortOpen()) Link().SetPortOpen(false);
+  } catch (const SerialFault&) {
+  }
+}
+
+// Whether a command can go out. A lost port is opened again by the same name, so that an
+// adapter plugged back in works on the next command. A port the settings never opened
+// stays closed: the program was told to work without a meter.
+bool LineUsable() {
+  SerialPort& link = Link();
+  if (link.PortOpen()) return true;
+  if (!g.LinkLost) return false;
+  try {
+    link.SetPortOpen(true);
+  } catch (const SerialFault&) {
+    return false;
+  }
+  g.LinkLost = false;
+  return true;
+}
+
 enum class PieceResult { Arrived, TimedOut };
 
 // Waits for the next piece of the reply, at most half a second.
@@ -100,23 +126,34 @@ bool DeadlinePassed(float deadline) {
   return now > deadline && now - deadline < 10000.0f;
 }
 
+// Without a usable port the command goes nowhere, and the reply that follows finds the
+// meter silent.
 void SendCommand() {
+  if (!LineUsable()) return;
   SerialPort& link = Link();
-  link.SetRTSEnable(true);
-  const int32_t holdMs = CommandLineTimeMs() + 3;
-  link.Input();  // an old answer must not be taken for the new one
-  DelayMs(100);
-  link.Output(g.CommandText + CR);
-  if (g.HalfDuplexFlag == 1) {
-    DelayMs(holdMs);
-    link.SetRTSEnable(false);
-    DelayMs(8);
-    link.Input();  // our own transmission, heard back on a two-wire line
+  try {
+    link.SetRTSEnable(true);
+    const int32_t holdMs = CommandLineTimeMs() + 3;
+    link.Input();  // an old answer must not be taken for the new one
+    DelayMs(100);
+    link.Output(g.CommandText + CR);
+    if (g.HalfDuplexFlag == 1) {
+      DelayMs(holdMs);
+      link.SetRTSEnable(false);
+      DelayMs(8);
+      link.Input();  // our own transmission, heard back on a two-wire line
+    }
+  } catch (const SerialFault&) {
+    LoseLine();
   }
 }
 
 void ReceiveReply() {
   g.ErrFlag = kReplyOk;
+  if (!Link().PortOpen()) {
+    g.ErrFlag = kNoAnswer;
+    return;
+  }
   try {
     if (!WaitForFirstByte()) {
       g.ErrFlag = kNoAnswer;
@@ -128,7 +165,9 @@ void ReceiveReply() {
     ServeEvents();
     if (g.ReplyText == g.CommandText) g.ErrFlag = kOnlyEcho;
   } catch (const SerialFault&) {
-    // A fault of the serial control ends the exchange with ErrFlag 0 and the reply as it stands.
+    // A port that fails mid-exchange fails the exchange as a silent meter does.
+    LoseLine();
+    g.ErrFlag = kNoAnswer;
   }
 }
 
@@ -152,10 +191,14 @@ void DelaySeconds(float seconds) {
 
 void FlushLink() {
   SerialPort& link = Link();
-  link.SetHandshaking(0);
-  // Without an open port there is nothing to drain.
-  if (link.PortOpen()) {
-    while (link.OutBufferCount() > 0) ServeEvents();
+  try {
+    link.SetHandshaking(0);
+    // Without an open port there is nothing to drain.
+    if (link.PortOpen()) {
+      while (link.OutBufferCount() > 0) ServeEvents();
+    }
+  } catch (const SerialFault&) {
+    LoseLine();  // what was queued for a vanished device is gone with it
   }
   DelayMs(200);
   if (link.PortOpen()) link.SetPortOpen(false);

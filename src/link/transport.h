@@ -14,6 +14,8 @@ inline constexpr int16_t kAnswerStopped = 5;
 inline constexpr int16_t kOnlyEcho = 6;
 inline constexpr int16_t kNoLineEnd = 9;
 
+// A port that faults or vanishes during an exchange fails it as a silent meter does
+// (g.ErrFlag kNoAnswer), is closed, and is opened again by name on the next command.
 void SendCommand();
 void ReceiveReply();
 void DelayMs(int32_t ms);

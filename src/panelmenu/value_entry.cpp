@@ -192,7 +192,10 @@ std::string ValueEntry::JoinedPlaces() const {
 }
 
 void ValueEntry::AcceptEntry() {
-  std::string text = JoinedPlaces();
+  // The joined places are the entry text even when the value is refused: the dialog shows
+  // them again when it comes back.
+  g.EntryText = JoinedPlaces();
+  std::string text = g.EntryText;
   if (g.EntryFormat == kByteEntryFormat) {
     if (!AcceptByte(text)) return;
   } else {

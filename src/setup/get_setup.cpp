@@ -19,6 +19,8 @@ constexpr int16_t kLoadCell = 3;
 // The failure code the later blocks are checked for. The transport never gives it, so the
 // checks stay as guards and a later failure passes unnoticed.
 constexpr int16_t kTransferFailed = 1;
+// The blocks, the load cell facts, the option boards and the kind probe.
+constexpr int kGetSteps = 5;
 
 // Meters before revision 9 need a second between the blocks to ready the next one.
 void PauseForOldMeters() {
@@ -77,6 +79,7 @@ void ProbeMeterKind() {
 void GetSetup(const TransferScreen& screen) {
   Hourglass(true);
   ShowStatus(screen, kGetting, ColGreen);
+  TransferProgress progress(screen, kGetSteps);
 
   SendBody("XU1D", true);
   DelayChars(128);
@@ -88,30 +91,31 @@ void GetSetup(const TransferScreen& screen) {
   }
   g.SetupImage = g.ReplyText;
   PauseForOldMeters();
+  progress.Step();
 
-  ShowProgress(screen, kGetting, "revision");
   SendBody("X26D", true);
   DelayChars(16);
   ReceiveReply();
   if (g.ErrFlag == kTransferFailed) return Fail(screen, kFailed);
   g.SetupImage += g.ReplyText;
   PauseForOldMeters();
+  progress.Step();
 
   if (ReadField(1, 0, kSigCondCode) == kLoadCell) {
-    ShowProgress(screen, kGetting, "load cell");
     if (!GetLoadCellFacts()) return Fail(screen, kFailed);
   }
   DelaySeconds(1.0f);
+  progress.Step();
 
   // From here on the commands and pauses follow this meter's own revision.
   g.FirmwareRev = ReadField(7, 0, kFirmwareRev);
   g.AppClass = 1;
   WriteField(7, 0, kGetMarker, 1);
 
-  ShowProgress(screen, kGetting, "option boards");
   GetOptionBoards();
-  ShowProgress(screen, kGetting, "meter kind");
+  progress.Step();
   ProbeMeterKind();
+  progress.Step();
 
   screen.lblGPText.SetCaption(kReceived);
   screen.mnuCmds.SetEnabled(true);

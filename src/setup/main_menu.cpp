@@ -63,6 +63,7 @@ MainMenu::MainMenu() : Form(kName, "DPM MAIN  MENU") {
   for (MenuItem* item : {&mnuDPM, &mnuPut, &mnuView, &mnuCmds, &mnuMRdgs, &mnuCalib}) item->SetEnabled(false);
   // The status line and the OK button show only when there is something to say.
   lblGPText.SetVisible(false);
+  prgTransfer.SetVisible(false);
   cmdOK.SetVisible(false);
   ConnectHandlers();
 }

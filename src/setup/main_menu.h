@@ -22,6 +22,8 @@ class MainMenu : public Form {
   std::string SetupFileName;
 
   Label lblGPText{*this, "lblGPText", "Getting data from the DPM."};
+  // How far a Get or Put Setup has come; shown only while one runs.
+  ProgressBar prgTransfer{*this, "prgTransfer"};
   PictureBox picInitText{*this, "picInitText"};
   CommandButton cmdMenuHelp{*this, "cmdMenuHelp", "Menu Help"};
   CommandButton cmdOK{*this, "cmdOK", "OK"};

@@ -8,7 +8,9 @@ namespace dpm {
 namespace {
 
 // The status line and the menus that the transfers and the setup files report on.
-TransferScreen TransferPiecesOf(MainMenu& menu) { return {menu.lblGPText, menu.mnuCmds, menu.mnuView, menu.mnuPut}; }
+TransferScreen TransferPiecesOf(MainMenu& menu) {
+  return {menu.lblGPText, menu.mnuCmds, menu.mnuView, menu.mnuPut, menu.prgTransfer};
+}
 
 }  // namespace
 

@@ -22,6 +22,8 @@ constexpr const char* kFailed = "Data transfer unsuccessful. Check connections a
 constexpr int16_t kTemperatureBoard = 1;
 // No write is answered, so nothing ever sets this; the checks stay as the dialogue's guard.
 constexpr int16_t kTransferFailed = 1;
+// The board kind question and the five blocks.
+constexpr int kPutSteps = 6;
 
 int16_t BoardKindOfDigit(const std::string& text, int position) {
   return BoardKindOf(static_cast<int>(LeadingHexValue(Mid(text, static_cast<std::size_t>(position), 1))));
@@ -77,34 +79,36 @@ void Fail(const TransferScreen& screen) {
 
 void PutSetup(const TransferScreen& screen) {
   Hourglass(true);
+  TransferProgress progress(screen, kPutSteps);
   const int16_t meterKind = MeterBoardKind();
   const int16_t imageKind = BoardKindOfDigit(g.SetupImage, kModeRangeByte);
   if (imageKind != meterKind) return Refuse(imageKind, meterKind);
+  progress.Step();
 
   ShowStatus(screen, kPutting, ColGreen);
   PadOldImage();
   SendBlock("WA18", 21, 40);
   DelaySeconds(2.0f);
   if (g.ErrFlag == kTransferFailed) return Fail(screen);
-  ShowProgress(screen, kPutting, "values");
+  progress.Step();
   SendBlock("WF0E", 61, 60);
   DelaySeconds(2.0f);
   if (g.ErrFlag == kTransferFailed) return Fail(screen);
+  progress.Step();
 
   FollowNewLineSettings();
 
   // A temperature meter has no custom curve and never gets these words.
   if (meterKind != kTemperatureBoard) {
-    ShowProgress(screen, kPutting, "custom curve and lockouts");
     SendBlock("W31D", 1, 12, true);
     PauseAfterSmallBlock();
     if (g.ErrFlag == kTransferFailed) return Fail(screen);
   }
-  ShowProgress(screen, kPutting, "tare");
+  progress.Step();
   SendBlock("W136", 129, 4, true);
   PauseAfterSmallBlock();
   if (g.ErrFlag == kTransferFailed) return Fail(screen);
-  ShowProgress(screen, kPutting, "revision and characters");
+  progress.Step();
   SendBlock("W26D", 121, 8);
   DelaySeconds(0.5f);
   if (g.ErrFlag == kTransferFailed) return Fail(screen);

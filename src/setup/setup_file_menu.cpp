@@ -69,8 +69,8 @@ void SaveSetup(const std::string& setupFileName) {
     return;
   }
   // Asked even when the file does not exist yet.
-  const MessageAnswer answer = Ask().MessageBox(MessageIcon::Exclamation, "Save Setup",
-                                                "Current data will be replaced.", MessageButtons::OkCancel);
+  const MessageAnswer answer =
+      Ask().MessageBox(MessageIcon::Exclamation, "", "Current data will be replaced.", MessageButtons::OkCancel);
   if (answer != MessageAnswer::Ok) return;
   SaveSetupFile(setupFileName);
 }

@@ -1,12 +1,11 @@
 #include "setup/setup_files.h"
 
 #include <fstream>
-#include <random>
 
 #include "link/globals.h"
 #include "link/image_access.h"
 #include "link/startup.h"
-#include "platform/faults.h"
+#include "platform/file_writing.h"
 #include "setup/default_image.h"
 #include "setup/image_positions.h"
 
@@ -38,20 +37,6 @@ LineRead NextLine(std::streambuf& in, std::string& line) {
     line.push_back(ch);
   }
   return LineRead::Line;
-}
-
-std::filesystem::path TemporaryBeside(const std::filesystem::path& target) {
-  std::random_device random;
-  std::filesystem::path temporary = target;
-  temporary += ".tmp" + std::to_string(random() % 1000000);
-  return temporary;
-}
-
-void WriteLines(const std::filesystem::path& path, const std::string& first, const std::string& second) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << first << "\r\n" << second << "\r\n";
-  file.close();
-  if (!file) throw FileFault("Cannot write the setup file \"" + path.string() + "\"");
 }
 
 }  // namespace
@@ -106,19 +91,7 @@ void PadOldImage() {
 
 void SaveSetupFile(const std::filesystem::path& path) {
   PadOldImage();
-  const std::filesystem::path temporary = TemporaryBeside(path);
-  try {
-    WriteLines(temporary, g.SetupImage, g.MeterKind);
-    std::filesystem::rename(temporary, path);
-  } catch (const std::filesystem::filesystem_error& e) {
-    std::error_code ignored;
-    std::filesystem::remove(temporary, ignored);
-    throw FileFault("Cannot save the setup file \"" + path.string() + "\": " + e.what());
-  } catch (const FileFault&) {
-    std::error_code ignored;
-    std::filesystem::remove(temporary, ignored);
-    throw;
-  }
+  WriteFileKeepingIt(path, g.SetupImage + "\r\n" + g.MeterKind + "\r\n");
 }
 
 }  // namespace dpm

@@ -35,9 +35,9 @@ bool LoadSetupFile(const std::filesystem::path& path);
 // An image of exactly 120 digits is stored and sent with the fields behind it zeroed.
 void PadOldImage();
 
-// Writes g.SetupImage (padded by PadOldImage) and g.MeterKind. The file is written beside
-// the target under another name and renamed over it, so a failure never leaves a half
-// written file; a failure is a FileFault and the target stays as it was.
+// Writes g.SetupImage (padded by PadOldImage) and g.MeterKind into the file (links
+// followed, permissions kept, never a half-written file where the folder allows a rename).
+// A read-only file, a missing folder or a failed write is a FileFault.
 void SaveSetupFile(const std::filesystem::path& path);
 
 }  // namespace dpm

@@ -20,8 +20,16 @@ void ShowStatus(const TransferScreen& screen, const std::string& text, int32_t c
   screen.lblGPText.SetCaption(text);
 }
 
-void ShowProgress(const TransferScreen& screen, const std::string& baseText, const std::string& part) {
-  screen.lblGPText.SetCaption(baseText + "  (" + part + ")");
+TransferProgress::TransferProgress(const TransferScreen& screen, int steps) : bar_(screen.prgTransfer) {
+  bar_.SetRange(0, steps);
+  bar_.SetValue(0);
+  bar_.SetVisible(true);
+}
+
+TransferProgress::~TransferProgress() { bar_.SetVisible(false); }
+
+void TransferProgress::Step() {
+  if (bar_.Value() < bar_.Max()) bar_.SetValue(bar_.Value() + 1);
 }
 
 void Hourglass(bool on) {

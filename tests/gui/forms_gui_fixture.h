@@ -98,6 +98,8 @@ class GuiFormsTest : public ::testing::Test {
         return "QRadioButton";
       case ControlKind::CommandButton:
         return "QPushButton";
+      case ControlKind::ProgressBar:
+        return "QProgressBar";
       default:
         return "?";
     }

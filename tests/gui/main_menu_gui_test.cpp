@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QDir>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -8,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include "forms_gui_fixture.h"
+#include "link/globals.h"
 #include "platform/fake/fake_serial_line.h"
 #include "setup/main_menu.h"
 
@@ -44,7 +46,10 @@ TEST_F(MainMenuWindow, EveryControlHasAWidgetOfItsKindInTheLayout) {
     auto& item = static_cast<MenuItem&>(*control);
     auto* heading = item.IsHeading() ? nullptr : Find<QMenu>(window, item.Container()->ObjectName().c_str());
     if (item.IsSeparator()) {
-      EXPECT_TRUE(heading->actions().at(4)->isSeparator());
+      QAction* separator = window->findChild<QAction*>(control->ObjectName().c_str());
+      ASSERT_NE(separator, nullptr) << "the layout names its separator";
+      EXPECT_TRUE(separator->isSeparator());
+      EXPECT_EQ(heading->actions().indexOf(separator), 4);
       continue;
     }
     QAction* action = Heading(control->ObjectName().c_str());
@@ -72,6 +77,51 @@ TEST_F(MainMenuWindow, TheHeadingsAreGreyLiveOrHiddenAsTheMenuSays) {
   EXPECT_TRUE(Heading("mnuView")->isEnabled());
   EXPECT_FALSE(Heading("mnuDPM")->isEnabled());
   EXPECT_TRUE(Heading("mnuCalib")->isVisible() && Heading("mnuCalib")->isEnabled());
+}
+
+// WCAG's contrast ratio of two colours.
+double Contrast(const QColor& a, const QColor& b) {
+  auto luminance = [](const QColor& c) {
+    auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
+  };
+  const double la = luminance(a);
+  const double lb = luminance(b);
+  return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// Every text the status line can carry shows whole in the label's own font, and each of
+// its colours reads on the line's panel.
+TEST_F(MainMenuWindow, StatusLineShowsEachOfItsTextsWholeAndReadable) {
+  MainMenu& menu = Start(1);
+  auto* label = Find<QLabel>(window, "lblGPText");
+  const char* const texts[] = {
+      "Getting data from the DPM.",
+      "Getting data from the DPM",
+      "Getting data from the DPM.  Data received O.K.",
+      "ErrFlag =  4Failed to Get data, check connections and restart program.",
+      "ErrFlag =  5Failed to Get data, check connections and restart program.",
+      "ErrFlag =  6Failed to Get data, check connections and restart program.",
+      "ErrFlag =  9Failed to Get data, check connections and restart program.",
+      "Failed to Get data, check connections and restart program.",
+      "Putting data to the DPM.",
+      "Putting data to the DPM.  Data Transferred O.K.",
+      "Data transfer unsuccessful. Check connections and try again.",
+      "Default Setup data loaded into the 3-Page Form.",
+  };
+  menu.lblGPText.SetVisible(true);
+  for (const char* text : texts) {
+    SCOPED_TRACE(text);
+    menu.lblGPText.SetCaption(text);
+    EXPECT_EQ(label->text().toStdString(), text);
+    EXPECT_LE(QFontMetrics(label->font()).horizontalAdvance(label->text()), label->contentsRect().width());
+    EXPECT_LE(label->sizeHint().width(), label->width());
+  }
+  for (const int32_t colour : {ColWhite, ColGreen, ColRed}) {
+    menu.lblGPText.SetForeColor(colour);
+    const QColor panel = label->grab().toImage().pixelColor(label->width() / 2, 2);
+    EXPECT_GE(Contrast(label->palette().color(QPalette::WindowText), panel), 4.5) << std::hex << colour;
+  }
 }
 
 TEST_F(MainMenuWindow, MenuHelpPrintsItsPageAndOkClearsIt) {

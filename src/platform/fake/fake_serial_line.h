@@ -46,6 +46,8 @@ class FakeSerialLine : public SerialPort {
   void SetPeer(SerialPeer* peer) { peer_ = peer; }
   // The next property access raises a fault of the serial control, as an unplugged adapter would.
   void FailFromNowOn(bool fail) { failing_ = fail; }
+  // Sent bytes leave the output queue at this pace (0: at once), as OutBufferCount tells.
+  void SetOutputPace(uint32_t msPerByte) { outputMsPerByte_ = msPerByte; }
 
   // What the program did.
   const std::vector<Event>& Transcript() const { return transcript_; }
@@ -91,6 +93,8 @@ class FakeSerialLine : public SerialPort {
   bool rts_ = false;
   bool dtr_ = false;
   bool failing_ = false;
+  uint32_t outputMsPerByte_ = 0;
+  uint32_t outputDoneAtMs_ = 0;
 };
 
 }  // namespace dpm::fake

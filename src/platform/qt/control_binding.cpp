@@ -476,25 +476,6 @@ W& WidgetAs(const Control& control, QWidget* widget) {
   return *typed;
 }
 
-// The action of a separator item: the n-th separator of its heading's menu, as separators
-// in a layout have no names of their own.
-QAction* SeparatorAction(const MenuItem& item, QWidget& window) {
-  auto* heading = window.findChild<QMenu*>(QString::fromStdString(item.Container()->ObjectName()));
-  if (heading == nullptr) return nullptr;
-  int n = 0;
-  for (Control* c : item.Owner().Controls()) {
-    if (c == &item) break;
-    if (c->Kind() == ControlKind::MenuItem && c->Container() == item.Container() &&
-        static_cast<MenuItem*>(c)->IsSeparator()) {
-      ++n;
-    }
-  }
-  for (QAction* action : heading->actions()) {
-    if (action->isSeparator() && n-- == 0) return action;
-  }
-  return nullptr;
-}
-
 std::unique_ptr<ControlBinding> BindMenuItem(MenuItem& item, QWidget& window) {
   const QString name = QString::fromStdString(item.ObjectName());
   if (item.IsHeading()) {
@@ -502,8 +483,9 @@ std::unique_ptr<ControlBinding> BindMenuItem(MenuItem& item, QWidget& window) {
       return std::make_unique<MenuBinding>(item, *menu->menuAction(), menu);
   }
   QAction* action = window.findChild<QAction*>(name);
-  if (action == nullptr && item.IsSeparator()) action = SeparatorAction(item, window);
   if (action == nullptr) WrongWidget(item, nullptr);
+  // A layout names its separators like any item; the action is drawn as a line.
+  if (item.IsSeparator()) action->setSeparator(true);
   return std::make_unique<MenuBinding>(item, *action, nullptr);
 }
 

@@ -233,6 +233,9 @@ void QtSerialPort::ThrowOnDeviceError(const char* operation) {
   }
   const std::string why = Text(port_.errorString());
   port_.clearError();
+  // A device that went away (an adapter pulled out) leaves nothing to talk to: the port is
+  // closed, so that it can be opened again by name once the device is back.
+  if (error == QSerialPort::ResourceError) port_.close();
   throw SerialFault(PortName() + ": " + why + " (" + operation + ")");
 }
 

@@ -31,7 +31,7 @@ TEST(LinkSettings, LengthRepair) {
 TEST(LinkSettings, FirstFieldOfTheFile) {
   EXPECT_EQ(FirstFieldOf("\"1501000100000041010000\"\r\n"), "1501000100000041010000");
   EXPECT_EQ(FirstFieldOf("  1501000100000041010000,second\n"), "1501000100000041010000");
-  EXPECT_EQ(FirstFieldOf("150100 \r\nnext line"), "150100");
+  EXPECT_EQ(FirstFieldOf("150100 \r\nnext line"), "150100 ") << "trailing blanks belong to the text";
   EXPECT_EQ(FirstFieldOf("\"15,01\""), "15,01") << "a comma inside quotation marks belongs to the text";
 }
 
@@ -115,6 +115,20 @@ TEST_F(StartUpTest, OpensThePortInOrderAndPreparesTheProgram) {
   EXPECT_EQ(g.ImageLoaded, 0);
   EXPECT_EQ(g.DefaultFirmwareRev, 4);
   EXPECT_EQ(std::filesystem::current_path(), folder);
+}
+
+// The port number and the address come from their positions, blanks and all.
+TEST_F(StartUpTest, PortNumberAndAddressOfTheSettingsReachTheLine) {
+  WriteSettings("1512000A00000041010000");
+  Main(folder);
+  EXPECT_EQ(line.CommPort(), 12);
+  EXPECT_EQ(line.Transcript().at(1), (fake::FakeSerialLine::Event{0, fake::FakeSerialLine::Kind::Open, "COM12"}));
+  EXPECT_EQ(g.MeterAddress, "A");
+
+  line.SetPortOpen(false);
+  WriteSettings("1501000 \r\n");
+  Main(folder);
+  EXPECT_EQ(g.MeterAddress, " ");
 }
 
 TEST_F(StartUpTest, CharTimeFollowsTheBaudRate) {

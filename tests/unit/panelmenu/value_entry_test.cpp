@@ -227,10 +227,15 @@ TEST_F(ValueEntryTest, ByteAbove255IsRefusedAtAccept) {
     EXPECT_TRUE(dialog.Visible());
     EXPECT_EQ(FocusedPlace(), 4);
     EXPECT_EQ(g.SetupImage, image);
-    EXPECT_EQ(g.EntryText, " 13");
     EXPECT_EQ(g.CharCode, 42);
     EXPECT_EQ(host->txtA.Text(), " 13");
     EXPECT_EQ(host->txtA.BackColor(), ColPaleGreen);
+    // The typed places are the entry text all the same: the dialog, shown again, has them.
+    EXPECT_EQ(g.EntryText, keys);
+    dialog.Hide();
+    dialog.Show();
+    EXPECT_EQ(Places(),
+              (PlaceTexts{"~", "~", "~", std::string(1, keys[0]), std::string(1, keys[1]), std::string(1, keys[2])}));
     dialog.cmdCancel.UserClick();
   }
   Open(" 13", 7, 125);

@@ -158,6 +158,47 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
   }
 }
 
+// Revision 9 is the first to take "Z" and to need no second between the blocks, and the
+// first whose probe word is committed in 0.2 s: both sides of the boundary.
+TEST_F(GetSetupTest, RevisionsEightAndNineEitherSideOfTheBoundary) {
+  struct Case {
+    int16_t revision;
+    const char* digits;
+    std::string z;
+    Commands expected;
+  };
+  const Case cases[] = {
+      {8,
+       "08",
+       "",
+       {{100, "*1XU1D"},
+        {1431, "*1X26D"},
+        {3651, "*1G130"},
+        {3964, "*1W1151001"},
+        {5065, "*1G1DE"},
+        {5478, "*1W1150001"}}},
+      {9,
+       "09",
+       "Z",
+       {{100, "*1XU1DZ"},
+        {430, "*1X26DZ"},
+        {1649, "*1G130"},
+        {1962, "*1W1151001Z"},
+        {2262, "*1G1DE"},
+        {2675, "*1W1150001"}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.revision);
+    time.Run(10000 - time.Elapsed() % 10000);
+    line.ClearTranscript();
+    const uint32_t start = time.Elapsed();
+    g.FirmwareRev = c.revision;
+    ScriptMeter(kDcBlock, c.digits, c.z);
+    GetSetup(menu.screen);
+    EXPECT_EQ(SentSince(start), c.expected);
+  }
+}
+
 TEST_F(GetSetupTest, MeterSilentAfterTheFirstReplyStillEndsReceived) {
   ScriptMeter(kDcBlock);
   meter.SilentAfter(1);
@@ -201,23 +242,27 @@ TEST_F(GetSetupTest, MeterKindFromTheFirstDigitOfTheProbe) {
   }
 }
 
-TEST_F(GetSetupTest, StatusLineAdvancesWhileTheHourglassShows) {
+// The status line keeps its words while the dialogue runs; the bar beside it moves on.
+TEST_F(GetSetupTest, ProgressShowsOnTheBarNotInTheStatusWords) {
   ScriptMeter(kLoadCellBlock);
   meter.Answer("*1R17F", "00");
-  std::vector<std::string> shown;
+  std::vector<std::string> captions;
+  std::vector<int> steps;
   time.AddTicker([&](uint32_t) {
-    if (shown.empty() || shown.back() != menu.lblGPText.Caption()) shown.push_back(menu.lblGPText.Caption());
+    if (captions.empty() || captions.back() != menu.lblGPText.Caption()) captions.push_back(menu.lblGPText.Caption());
+    if (steps.empty() || steps.back() != menu.prgTransfer.Value()) steps.push_back(menu.prgTransfer.Value());
     EXPECT_TRUE(dialogs.hourglass);
+    EXPECT_TRUE(menu.prgTransfer.Visible());
   });
   GetSetup(menu.screen);
-  EXPECT_EQ(shown, (std::vector<std::string>{
-                       "Getting data from the DPM",
-                       "Getting data from the DPM  (revision)",
-                       "Getting data from the DPM  (load cell)",
-                       "Getting data from the DPM  (option boards)",
-                       "Getting data from the DPM  (meter kind)",
-                   }));
+  EXPECT_EQ(captions, std::vector<std::string>{"Getting data from the DPM"});
+  EXPECT_EQ(steps, (std::vector<int>{0, 1, 2, 3, 4}));
   EXPECT_EQ(Status(), kReceived);
+  EXPECT_FALSE(menu.prgTransfer.Visible());
+
+  meter.SilentAfter(0);
+  GetSetup(menu.screen);
+  EXPECT_FALSE(menu.prgTransfer.Visible()) << "a failed Get takes the bar away too";
 }
 
 }  // namespace

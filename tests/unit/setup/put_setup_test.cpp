@@ -52,6 +52,34 @@ TEST_F(PutSetupTest, DefaultSetupToADcMeter) {
   EXPECT_EQ(dialogs.pointerChanges, (std::vector<bool>{true, false}));
 }
 
+// A revision 8 meter needs a second after each small block and takes no "Z"; revision 9
+// is the first that takes "Z" and commits in 0.2 s.
+TEST_F(PutSetupTest, SmallBlocksEitherSideOfRevisionNine) {
+  struct Case {
+    int16_t revision;
+    std::vector<std::string> smallBlocks;
+  };
+  const Case cases[] = {
+      {8, {"4915 *1W31D" + kDefault.substr(0, 12), "6016 *1W1360C00", "7117 *1W26D08010D00"}},
+      {9, {"4915 *1W31D" + kDefault.substr(0, 12) + "Z", "5216 *1W1360C00Z", "5517 *1W26D09010D00"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.revision);
+    time.Run(10000 - time.Elapsed() % 10000);
+    const uint32_t start = time.Elapsed();
+    line.ClearTranscript();
+    g.FirmwareRev = c.revision;
+    ReplaceImageDigits(121, c.revision == 8 ? "08" : "09");
+    meter.Answer("*1G12D", "60");
+    PutSetup(menu.screen);
+    std::vector<std::string> smallBlocks;
+    for (const auto& command : Sent()) {
+      if (command.atMs - start > 4000) smallBlocks.push_back(std::to_string(command.atMs - start) + " " + command.text);
+    }
+    EXPECT_EQ(smallBlocks, c.smallBlocks);
+  }
+}
+
 TEST_F(PutSetupTest, LineFollowsANewBaudRateAndAddressBetweenTheBlocks) {
   // 19200 baud and address 10 in a revision 9 image.
   ReplaceImageDigits(45, "2A");

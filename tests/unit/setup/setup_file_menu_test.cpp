@@ -98,9 +98,29 @@ TEST_F(SetupFileMenuTest, SaveNeedsANameAndAgreement) {
   SaveSetup((dir / "new.DPM").string());
   EXPECT_FALSE(fs::exists(dir / "new.DPM"));
   SaveSetup((dir / "new.DPM").string());
-  EXPECT_EQ(user.messages.back().text, "Current data will be replaced.") << "asked even for a new file";
+  EXPECT_EQ(std::tie(user.messages.back().title, user.messages.back().text),
+            std::make_tuple(std::string(), std::string("Current data will be replaced.")))
+      << "asked, without a title, even for a new file";
   EXPECT_EQ(Contents("new.DPM"), "ABCD\r\n0\r\n");
   EXPECT_THROW(SaveSetup((dir / "missing" / "x.DPM").string()), FileFault);
+}
+
+// A read-only file is a failed write: fatal for Save, which keeps the setup in the
+// recovery file on its way out; quiet for Save As. The file stays as it was either way.
+TEST_F(SetupFileMenuTest, ReadOnlyFileIsAFailedWrite) {
+  const fs::path locked = File("locked.DPM", "old\r\n1\r\n");
+  fs::permissions(locked, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  g.SetupImage = "ABCD";
+  try {
+    SaveSetup(locked.string());
+    FAIL() << "Save must not overwrite a read-only file";
+  } catch (const FileFault& fault) {
+    EXPECT_NE(std::string(fault.what()).find("locked.DPM\": it is read-only"), std::string::npos) << fault.what();
+  }
+  user.Choose(locked);
+  EXPECT_NO_THROW(SaveSetupAs(setupFileName));
+  EXPECT_EQ(Contents("locked.DPM"), "old\r\n1\r\n");
+  EXPECT_EQ(fs::status(locked).permissions() & fs::perms::all, fs::perms(0444));
 }
 
 TEST_F(SetupFileMenuTest, SaveAs) {

@@ -65,7 +65,8 @@ class MenuPieces : public Form {
   MenuItem mnuPut{*this, "mnuPut", "&Put Setup", &mnuDPM};
   MenuItem mnuView{*this, "mnuView", "&View"};
   MenuItem mnuCmds{*this, "mnuCmds", "Co&mmands"};
-  TransferScreen screen{lblGPText, mnuCmds, mnuView, mnuPut};
+  ProgressBar prgTransfer{*this, "prgTransfer"};
+  TransferScreen screen{lblGPText, mnuCmds, mnuView, mnuPut, prgTransfer};
 };
 
 // A program at 9600 baud, address "1", with a scripted meter, scripted dialogs and the

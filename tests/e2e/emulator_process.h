@@ -46,15 +46,22 @@ class EmulatorProcess {
     }
   }
 
-  ~EmulatorProcess() {
+  ~EmulatorProcess() { Stop(); }
+
+  // Ends the emulator, as unplugging the meter's adapter would: its line goes away.
+  void Stop() {
     if (pid_ <= 0) return;
     Say("quit");
     for (int i = 0; i < 100; ++i) {
-      if (waitpid(pid_, nullptr, WNOHANG) == pid_) return;
+      if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
+        pid_ = -1;
+        return;
+      }
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     kill(pid_, SIGKILL);
     waitpid(pid_, nullptr, 0);
+    pid_ = -1;
   }
 
   void Say(const std::string& line) {

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QTimer>
 #include <QWidget>
 
 #include <filesystem>
@@ -22,6 +23,7 @@
 #include "platform/services.h"
 #include "setup/default_image.h"
 #include "setup/main_menu.h"
+#include "setup/setup_files.h"
 
 namespace dpm::testing {
 namespace {
@@ -127,6 +129,32 @@ TEST_F(ProgramAgainstEmulator, SilentMeterReportsTheFailureAndKeepsTheImage) {
   EXPECT_EQ(StatusLine(), "ErrFlag =  4Failed to Get data, check connections and restart program.");
   EXPECT_EQ(g.SetupImage, before);
   EXPECT_FALSE(window->findChild<QAction*>("mnuPut")->isEnabled());
+}
+
+// The meter's line goes away while Get Setup waits for the meter, and comes back under the
+// same name: the failed Get is reported as a silent meter's, the setup in hand stays, and
+// the next Get opens the line again and works, with no restart.
+TEST_F(ProgramAgainstEmulator, LineLostMidGetAndBackAgain) {
+  DefaultData();
+  const std::string before = g.SetupImage;
+  emulator.Say("silent on");
+  emulator.WaitForLine("silent", 1000);
+  QTimer::singleShot(400, [this] { emulator.Stop(); });
+  Pick("mnuGet");
+  EXPECT_EQ(StatusLine(), "ErrFlag =  4Failed to Get data, check connections and restart program.");
+  EXPECT_EQ(g.SetupImage, before);
+  EXPECT_FALSE(ended);
+  EXPECT_FALSE(meterLink.PortOpen()) << "the lost line is let go";
+
+  Pick("mnuGet");
+  EXPECT_EQ(StatusLine(), "ErrFlag =  4Failed to Get data, check connections and restart program.")
+      << "still unplugged";
+
+  EmulatorProcess again(folder / "COM1");
+  Pick("mnuGet");
+  EXPECT_EQ(StatusLine(), "Getting data from the DPM.  Data received O.K.");
+  EXPECT_TRUE(meterLink.PortOpen());
+  EXPECT_EQ(g.SetupImage, DefaultSetupImage(4).substr(0, 128));
 }
 
 }  // namespace

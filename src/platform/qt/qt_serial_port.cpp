@@ -115,7 +115,11 @@ std::filesystem::path QtSerialPort::DeviceForPort(int number) const {
   namespace fs = std::filesystem;
   const fs::path entry = ProgramFolder() / ("COM" + std::to_string(number));
   std::error_code error;
-  if (!fs::exists(fs::symlink_status(entry, error))) return "/dev/ttyS" + std::to_string(number - 1);
+  if (!fs::exists(fs::symlink_status(entry, error))) {
+    if (openedThroughEntry_)
+      throw SerialFault("Cannot open COM" + std::to_string(number) + ": " + entry.string() + " is gone");
+    return "/dev/ttyS" + std::to_string(number - 1);
+  }
   const fs::path device = fs::canonical(entry, error);
   if (error) {
     std::string target;
@@ -131,6 +135,7 @@ std::string QtSerialPort::PortName() const { return "COM" + std::to_string(commP
 void QtSerialPort::SetCommPort(int number) {
   if (port_.isOpen()) throw SerialFault("Port already open");
   if (number < 1) throw SerialFault("Invalid port number " + std::to_string(number));
+  if (number != commPort_) openedThroughEntry_ = false;
   commPort_ = number;
 }
 
@@ -166,6 +171,9 @@ void QtSerialPort::SetPortOpen(bool open) {
 
 void QtSerialPort::Open() {
   device_ = DeviceForPort(commPort_);
+  std::error_code error;
+  openedThroughEntry_ = std::filesystem::exists(
+      std::filesystem::symlink_status(ProgramFolder() / ("COM" + std::to_string(commPort_)), error));
   port_.setPortName(QString::fromStdString(device_.string()));
   if (!port_.open(QIODevice::ReadWrite)) {
     const std::string why = Text(port_.errorString());

@@ -83,6 +83,10 @@ class QtSerialPort : public SerialPort {
   std::string settings_ = "9600,n,8,1";
   LineSettings lineSettings_;
   int commPort_ = 1;
+  // The port number was last opened through an entry of the program's folder. Should the
+  // entry go away (the emulator's line, an adapter's udev link), the port is away with
+  // it: it does not fall back to a serial device of the machine.
+  bool openedThroughEntry_ = false;
   int handshaking_ = 0;
   bool rts_ = false;
   bool dtr_ = false;

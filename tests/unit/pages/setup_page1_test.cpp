@@ -267,5 +267,48 @@ TEST_F(Page1Test, NavigationAndClosing) {
   EXPECT_EQ(OpenPage().cboSCOpt.Text(), "DC");
 }
 
+// Changes undone on a page that stays open: what one choice took away, the next gives back.
+TEST_F(Page1Test, ChoicesUndoneOnTheOpenPageGiveBackWhatTheyTook) {
+  SetupPage1& page = OpenPage();
+  auto userControls = [&] {
+    std::vector<bool> open;
+    for (const Control* c : std::initializer_list<const Control*>{&page.cboDecPt, &page.cboCusCrv, &page.optCoord,
+                                                                  &page.optRdCoord, &page.txtScale}) {
+      open.push_back(c->AcceptsUser());
+    }
+    return open;
+  };
+  page.cboSCOpt.UserSelect(0);  // Temperature, thermocouple
+  EXPECT_EQ(userControls(), (std::vector<bool>{false, false, false, false, false}));
+  page.cboSCOpt.UserSelect(1);  // DC again
+  EXPECT_EQ(userControls(), (std::vector<bool>{true, true, true, true, true}));
+
+  // The RTD "Short" range calls the low input box "Lead"; the next range calls it "Low In".
+  page.cboSCOpt.UserSelect(0);
+  page.cboMode.UserSelect(1);
+  page.cboFunc.UserSelect(12);
+  EXPECT_EQ(page.fraLoIn.Caption(), "Lead");
+  page.cboFunc.UserSelect(0);
+  EXPECT_EQ(page.fraLoIn.Caption(), "Low In");
+  page.cboSCOpt.UserSelect(1);
+
+  // The custom curve turns the low input box into the reading at zero input; turned off,
+  // the box is the low input of digit 91 again.
+  page.cboCusCrv.UserSelect(1);
+  EXPECT_EQ(page.fraLoIn.Caption(), "Rd0");
+  page.txtLoIn.UserClick();
+  EXPECT_NE(g.EntryPosition, 91);
+  frmEntVal().cmdCancel.UserClick();
+  page.cboCusCrv.UserSelect(0);
+  EXPECT_EQ(page.fraLoIn.Caption(), "Low In");
+  EXPECT_EQ(g.CustomCurveInForce, 0);
+  page.optCoord.UserClick();
+  page.optCoord.UserFocus();
+  ASSERT_TRUE(page.txtLoIn.AcceptsUser());
+  page.txtLoIn.UserClick();
+  EXPECT_EQ(g.EntryPosition, 91);
+  EXPECT_EQ(g.EntryText, page.txtLoIn.Text());
+}
+
 }  // namespace
 }  // namespace dpm::testing

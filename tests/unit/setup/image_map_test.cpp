@@ -115,7 +115,6 @@ TEST(ImageMap, ListTextsFitTheirBits) {
     EXPECT_EQ(FieldText(f, f.firstValue - 1), "");
     EXPECT_EQ(FieldText(f, f.firstValue + static_cast<int>(f.texts.size())), "");
   }
-  EXPECT_EQ(FieldText(FindField("DecimalPoint"), 6), " . ddddd");
   EXPECT_THROW(FindField("NoSuchField"), IndexFault);
 }
 
@@ -128,12 +127,6 @@ TEST(ImageMap, BoardKindsFollowTheConditionerOfEachMode) {
   }
   EXPECT_EQ(BoardKindOf(11), 0);
   EXPECT_THROW(BoardKindOf(14), IndexFault);
-}
-
-TEST(ImageMap, EveryModeHasARangeTextForEachRange) {
-  for (int16_t mode = 0; mode < 9; ++mode) {
-    EXPECT_EQ(RangeTexts(mode).size(), static_cast<std::size_t>(InputModes[static_cast<std::size_t>(mode)].rangeCount));
-  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "emulator/control.h"
 #include "emulator/in_process_meter.h"
 #include "link/globals.h"
 #include "link/transport.h"
@@ -90,6 +91,40 @@ TEST_F(TedsFetchTest, FetchesOnceFromTheMeterAtItsAddress) {
   FetchTedsIfNeeded();
   EXPECT_TRUE(SentTexts().empty()) << "no data sheet on the meter";
   EXPECT_EQ(g.TedsTemplate, kTedsNotFetched);
+}
+
+// The emulator's data sheet options, encoded by the emulator and decoded by the program.
+TEST_F(TedsFetchTest, EmulatorSheetsDecodeAsTheyWereGiven) {
+  struct Case {
+    std::vector<std::string> args;
+    std::string decoded;
+  };
+  for (const Case& c : {
+           Case{{}, "# Ser No | 204518|   Lb  |031423 |  J K L|    365| Brdg-B"},
+           Case{{"--teds-template", "1", "--teds-serial", "1234567", "--teds-units", "5", "--teds-date", "2024-02-29",
+                 "--teds-initials", "ABC", "--teds-period", "365", "--teds-id", "3"},
+                "* SerNo  1| 234567|   Lb  |022924 |  A B C|    365| Brdg-D"},
+           Case{{"--teds-template", "2", "--teds-units", "63", "--teds-extended-units", "7", "--teds-date",
+                 "2000-03-01", "--teds-initials", "xy", "--teds-period", "30"},
+                "# Ser No | 204518|   bar |030100 |  X Y  |     30| Brdg-B"},
+           Case{{"--teds-template", "0", "--teds-serial", "12345678", "--teds-date", "1998-01-01", "--teds-initials",
+                 "A", "--teds-id", "0", "--teds-units", "13"},
+                "* SerNo 12| 345678|   psi |010198 |  A    |    365| Brdg-A"},
+           Case{{"--teds-template", "3", "--teds-units", "0", "--teds-extended-units", "3"},
+                "# Ser No |      0|   ton |010198 |       |      0| Brdg-A"},
+       }) {
+    SCOPED_TRACE(::testing::PrintToString(c.args));
+    std::vector<std::string> args = {"--link", "x", "--teds", "present"};
+    args.insert(args.end(), c.args.begin(), c.args.end());
+    emulator::ProgramOptions options;
+    ASSERT_EQ(emulator::ParseArguments(args, options), std::nullopt);
+    line.SetSettings("0,n,8,1");  // the answer in one piece
+    emulator::InProcessMeter meter(line, options.meter);
+    g.TedsTemplate = kTedsNotFetched;
+    FetchTedsIfNeeded();
+    EXPECT_EQ(g.ErrFlag, kReplyOk);
+    EXPECT_EQ(Decoded(), c.decoded);
+  }
 }
 
 // The transport takes at most 50 pieces for a reply, and the fetch reads at once: a sheet

@@ -53,6 +53,8 @@ struct Globals {
   int16_t TedsPresent = 0;
   int16_t TedsEnabled = 0;
   int16_t TedsTemplate = 0;
+  std::string TedsHex;   // the meter's reply: 116 hexadecimal digits
+  std::string TedsBits;  // TedsHex as 464 characters "0" and "1"
 
   // Help.
   int16_t HelpContext = 0;

@@ -8,6 +8,7 @@
 #include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
+#include "teds/teds.h"
 
 namespace dpm {
 namespace {
@@ -23,9 +24,6 @@ constexpr int16_t kCalibrationHelp = 3113;
 
 // The calibration setting that takes the Calibration menu away.
 constexpr int16_t kNoCalibrationMenu = 7;
-
-// The template number that no data sheet has: the next view of the data sheet fetches it anew.
-constexpr int16_t kTedsNotFetched = 99;
 
 void DefaultPointer() {
   if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(false);

@@ -44,7 +44,7 @@ LineRead NextLine(std::streambuf& in, std::string& line) {
 void DefaultData() {
   g.SetupImage = DefaultSetupImage(g.DefaultFirmwareRev);
   g.FirmwareRev = g.DefaultFirmwareRev;
-  g.MeterKind = "1";
+  g.MeterKind.assign(1, '1');  // assign(): g++ 12 warns wrongly about "= \"1\"" here
 }
 
 std::optional<SetupFileContents> ReadSetupFile(const std::filesystem::path& path) {
@@ -91,7 +91,9 @@ void PadOldImage() {
 
 void SaveSetupFile(const std::filesystem::path& path) {
   PadOldImage();
-  WriteFileKeepingIt(path, g.SetupImage + "\r\n" + g.MeterKind + "\r\n");
+  std::string text = g.SetupImage;
+  text.append("\r\n").append(g.MeterKind).append("\r\n");
+  WriteFileKeepingIt(path, text);
 }
 
 }  // namespace dpm

@@ -107,10 +107,18 @@ std::string BitsToNumber(const std::string& bits) {
   return NumberText(value);
 }
 
+namespace {
+constexpr int16_t kDataSheetLineChars = 128;
+}  // namespace
+
 void FetchTedsIfNeeded() {
   if (g.TedsPresent != 1 || g.TedsTemplate != kTedsNotFetched) return;
   g.CommandText = "*" + g.MeterAddress + "XTA0";
   SendCommand();
+  // The sheet is as long as the setup's main block: read as it trickles in, a character at
+  // a time at 9600 baud, it would run past the pieces a reply may come in, so the line
+  // time of the whole sheet passes first, as Get Setup does for its blocks.
+  DelayChars(kDataSheetLineChars);
   ReceiveReply();
   // No test of the outcome: a failed exchange leaves the reply text as it stands, and a
   // short or empty one decodes as a sheet of zeros.

@@ -120,6 +120,7 @@ TEST_F(GetSetupTest, LoadCellMeter) {
 TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
   struct Case {
     int16_t revisionBefore;
+    const char* meterRevision;
     std::string z;
     Commands expected;
   };
@@ -127,6 +128,7 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
       // Known as revision 4: the blocks go without "Z" and with the pauses of old meters;
       // the probe, once the meter's revision 10 is read, with "Z" and the short pause.
       {4,
+       "0A",
        "",
        {{100, "*1XU1D"},
         {1431, "*1X26D"},
@@ -136,6 +138,7 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
         {4678, "*1W1150001"}}},
       // Known as revision 10 from an earlier setup: no pauses between the blocks.
       {10,
+       "0A",
        "Z",
        {{100, "*1XU1DZ"},
         {430, "*1X26DZ"},
@@ -143,31 +146,8 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
         {1962, "*1W1151001Z"},
         {2262, "*1G1DE"},
         {2675, "*1W1150001"}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.revisionBefore);
-    time.Run(10000 - time.Elapsed() % 10000);
-    line.ClearTranscript();
-    const uint32_t start = time.Elapsed();
-    g.FirmwareRev = c.revisionBefore;
-    ScriptMeter(kDcBlock, "0A", c.z);
-    GetSetup(menu.screen);
-    EXPECT_EQ(SentSince(start), c.expected);
-    EXPECT_EQ(g.FirmwareRev, 10);
-    EXPECT_EQ(Status(), kReceived);
-  }
-}
-
-// Revision 9 is the first to take "Z" and to need no second between the blocks, and the
-// first whose probe word is committed in 0.2 s: both sides of the boundary.
-TEST_F(GetSetupTest, RevisionsEightAndNineEitherSideOfTheBoundary) {
-  struct Case {
-    int16_t revision;
-    const char* digits;
-    std::string z;
-    Commands expected;
-  };
-  const Case cases[] = {
+      // Either side of revision 9, the first to take "Z", to need no second between the
+      // blocks and to commit the probe word in 0.2 s.
       {8,
        "08",
        "",
@@ -188,14 +168,16 @@ TEST_F(GetSetupTest, RevisionsEightAndNineEitherSideOfTheBoundary) {
         {2675, "*1W1150001"}}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.revision);
+    SCOPED_TRACE(c.revisionBefore);
     time.Run(10000 - time.Elapsed() % 10000);
     line.ClearTranscript();
     const uint32_t start = time.Elapsed();
-    g.FirmwareRev = c.revision;
-    ScriptMeter(kDcBlock, c.digits, c.z);
+    g.FirmwareRev = c.revisionBefore;
+    ScriptMeter(kDcBlock, c.meterRevision, c.z);
     GetSetup(menu.screen);
     EXPECT_EQ(SentSince(start), c.expected);
+    EXPECT_EQ(g.FirmwareRev, std::stoi(c.meterRevision, nullptr, 16));
+    EXPECT_EQ(Status(), kReceived);
   }
 }
 

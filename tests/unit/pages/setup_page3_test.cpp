@@ -64,48 +64,21 @@ TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
     std::vector<std::pair<const char*, const char*>> shown;
   };
   const Case cases[] = {
-      {"default setup",
-       "",
-       {{"cboBaudRate", " 9600"},
-        {"cboAddress", " 1 (1)"},
-        {"cboOutVal", "Filtered"},
-        {"cboOutRate", "Line Rate"},
-        {"cboSerMode", "Command"},
-        {"chkAlmData", "clear"},
-        {"chkLF", "clear"},
-        {"cboRTS", "Non-Latching"},
-        {"cboDuplex", "Full Duplex"},
-        {"cboCircuit", "Voltage Output"},
-        {"cboAnaValue", "Unfiltered"},
-        {"txtAnaHi", " +20000."},
-        {"txtAnaLo", " +00000."},
-        {"cboTranChars", "Normal"},
-        {"txtTranStop", "13"},
-        {"lblTranStop", "cr "},
-        {"txtTranStart", "0"},
-        {"lblTranStart", "nul"},
+      // clang-format off
+      {"default setup", "",
+       {{"cboBaudRate", " 9600"}, {"cboAddress", " 1 (1)"}, {"cboTranChars", "Normal"},
+        {"txtTranStop", "13"}, {"lblTranStop", "cr "}, {"txtTranStart", "0"}, {"lblTranStart", "nul"},
         {"lblLockout", "  Lockout  jumper IS NOT installed"}}},
-      {"every field off its default",
-       "33=06 37=01 45=DF 47=39 49=F9 53=10 61=FFFC18 125=41 127=20",
-       {{"cboBaudRate", " 2400"},
-        {"cboAddress", "31 (F.)"},
-        {"cboOutVal", "Unfiltered"},
-        {"cboOutRate", "Read Rate/256"},
-        {"cboSerMode", "Continuous"},
-        {"chkAlmData", "ticked"},
-        {"chkLF", "ticked"},
-        {"cboRTS", "Latching"},
-        {"cboDuplex", "Half Duplex"},
-        {"cboCircuit", "Current Output"},
-        {"cboAnaValue", "Filtered"},
-        {"txtAnaHi", " - 01000."},
-        {"cboTranChars", "Start/StopChars"},
-        {"txtTranStop", "65"},
-        {"lblTranStop", "A"},
-        {"txtTranStart", "32"},
-        {"lblTranStart", "sp "},
+      {"every field off its default", "33=06 37=01 45=DF 47=39 49=F9 53=10 61=FFFC18 125=41 127=20",
+       {{"cboBaudRate", " 2400"}, {"cboAddress", "31 (F.)"}, {"cboOutVal", "Unfiltered"},
+        {"cboOutRate", "Read Rate/256"}, {"cboSerMode", "Continuous"}, {"chkAlmData", "ticked"},
+        {"chkLF", "ticked"}, {"cboRTS", "Latching"}, {"cboDuplex", "Half Duplex"},
+        {"cboCircuit", "Current Output"}, {"cboAnaValue", "Filtered"}, {"txtAnaHi", " - 01000."},
+        {"txtAnaLo", " +00000."}, {"cboTranChars", "Start/StopChars"},
+        {"txtTranStop", "65"}, {"lblTranStop", "A"}, {"txtTranStart", "32"}, {"lblTranStart", "sp "},
         {"lblLockout", "  Lockout  jumper IS installed"}}},
       {"a character above 127", "127=C8", {{"txtTranStart", "200"}, {"lblTranStart", "\xC3\x88"}}},
+      // clang-format on
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -120,24 +93,13 @@ TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
     EXPECT_EQ(g.SetupImage, image) << "filling the page writes nothing";
   }
 
-  const char* const captions[] = {"Input Type",
-                                  "Setup, Config, DP",
-                                  "Filter",
-                                  "Scale, Lo/Hi In",
-                                  "Offset, Lo/Hi Rd",
-                                  "Alarm Config, Deviation",
-                                  "Change Alarm Setpoints",
-                                  "Analog Output Scaling",
-                                  "SerialCommunication",
-                                  "Tare, View Peak",
-                                  "View Alarm Setpoints",
-                                  "FP Function Resets",
-                                  "FP Meter Reset",
-                                  "Serial Number",
-                                  "Measurand Units",
-                                  "Calibration Date",
-                                  "Calib Initials, M-ID",
-                                  "Calibration Period"};
+  // clang-format off
+  const char* const captions[] = {
+      "Input Type", "Setup, Config, DP", "Filter", "Scale, Lo/Hi In", "Offset, Lo/Hi Rd",
+      "Alarm Config, Deviation", "Change Alarm Setpoints", "Analog Output Scaling", "SerialCommunication",
+      "Tare, View Peak", "View Alarm Setpoints", "FP Function Resets", "FP Meter Reset",
+      "Serial Number", "Measurand Units", "Calibration Date", "Calib Initials, M-ID", "Calibration Period"};
+  // clang-format on
   for (int i = 0; i < 18; ++i) EXPECT_EQ(frmSetup3().chkLock[i].Caption(), captions[i]) << i;
 }
 
@@ -327,6 +289,13 @@ TEST_F(Page3Test, StartAndStopCharactersGoThroughTheByteEntry) {
   EXPECT_EQ(Digits(127), "FF");
   EXPECT_EQ(page.txtTranStart.Text(), "255");
   EXPECT_EQ(page.lblTranStart.Caption(), "\xC3\xBF");
+
+  // Closed while an entry is open: the main menu shows, and the dialog serves no box of it.
+  page.txtTranStop.UserClick();
+  page.UserClose();
+  EXPECT_FALSE(Forms().IsLoaded(SetupPage3::kName));
+  EXPECT_TRUE(frmMMenu().IsActive());
+  EXPECT_EQ(g.EntryBox, nullptr);
 }
 
 TEST_F(Page3Test, DataSheetIsFetchedOncePerVisitToTheMainMenu) {

@@ -63,6 +63,46 @@ std::optional<std::string> ParseTeds(std::string_view text, MeterOptions& meter)
   return "unknown data sheet setting \"" + std::string(text) + "\" (none, hardware, present)";
 }
 
+// A whole number from `low` to `high` into `field`; a message naming the option otherwise.
+template <typename Number>
+std::optional<std::string> ParseInRange(std::string_view name, std::string_view text, Number low, Number high,
+                                        Number& field) {
+  const auto number = ParseNumber<Number>(text);
+  if (!number || *number < low || *number > high)
+    return std::string(name) + " is a number " + std::to_string(low) + " to " + std::to_string(high);
+  field = *number;
+  return std::nullopt;
+}
+
+std::optional<std::string> ParseInitials(std::string_view text, std::string& initials) {
+  if (text.empty() || text.size() > 3) return "initials are one to three letters";
+  std::string letters;
+  for (char c : text) {
+    if (!std::isalpha(static_cast<unsigned char>(c))) return "initials are one to three letters";
+    letters += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  }
+  initials = letters;
+  return std::nullopt;
+}
+
+// The data sheet's fields, "--teds-" and a name.
+std::optional<std::string> ParseDataSheetField(std::string_view name, std::string_view value, DataSheetFields& sheet) {
+  if (name == "--teds-template") return ParseInRange(name, value, 0, 3, sheet.templateNumber);
+  if (name == "--teds-serial") return ParseInRange(name, value, 0u, 0xFFFFFFu, sheet.serialNumber);
+  if (name == "--teds-units") return ParseInRange(name, value, 0, 63, sheet.unitsCode);
+  if (name == "--teds-extended-units") return ParseInRange(name, value, 0, 127, sheet.extendedUnitsCode);
+  if (name == "--teds-period") return ParseInRange(name, value, 0, 4095, sheet.calibrationPeriod);
+  if (name == "--teds-id") return ParseInRange(name, value, 0, 2047, sheet.measurementId);
+  if (name == "--teds-initials") return ParseInitials(value, sheet.initials);
+  if (name == "--teds-date") {
+    const auto day = CalibrationDayOf(value);
+    if (!day) return "calibration date is YYYY-MM-DD, from 1998-01-01 to 2177-06-06";
+    sheet.calibrationDay = *day;
+    return std::nullopt;
+  }
+  return "unknown option " + std::string(name);
+}
+
 std::optional<std::string> ParseBaud(std::string_view text, ProgramOptions& options) {
   const auto baud = ParseNumber<int>(text);
   if (!baud || *baud <= 0) return "bad baud rate \"" + std::string(text) + "\"";
@@ -95,7 +135,11 @@ std::optional<std::string> ParseValued(std::string_view name, std::string_view v
     if (!rev || *rev < 0 || *rev > 255) return "revision is a number 0 to 255";
     meter.firmwareRev = *rev;
   } else if (name == "--teds") {
+    options.tedsGiven = true;
     return ParseTeds(value, meter);
+  } else if (name.starts_with("--teds-")) {
+    options.dataSheetGiven = true;
+    return ParseDataSheetField(name, value, options.dataSheet);
   } else if (name == "--latency") {
     const auto ms = ParseNumber<uint32_t>(value);
     if (!ms) return "latency is a number of milliseconds";
@@ -159,6 +203,10 @@ std::optional<std::string> ParseArguments(const std::vector<std::string>& args, 
     }
   }
   if (!options.help && options.linkPath.empty()) return "--link PATH is required";
+  if (options.dataSheetGiven) {
+    options.meter.dataSheet = EncodeDataSheet(options.dataSheet);
+    if (!options.tedsGiven) options.meter.tedsHardware = options.meter.tedsPresent = true;
+  }
   return std::nullopt;
 }
 
@@ -241,6 +289,24 @@ Options:
   --teds none|hardware|present
                          load cell data sheet hardware, and a data sheet on it
                          (default none)
+  --teds-template N      layout of the data sheet, 0 to 3; 3 holds no calibration
+                         fields (default 0)
+  --teds-serial N        serial number, 0 to 16777215 (default 204518)
+  --teds-units N         units code, 0 to 63: 0 none, 4 N, 5 Lb, 6 KgF, 10 Nm,
+                         11 oz-in, 12 Pa, 13 psi; 63, and 0 from revision 10 on,
+                         refer to the extended code (default 5)
+  --teds-extended-units N
+                         extended units code, 0 to 127: 0 none, 1 g, 2 oz, 3 ton,
+                         4 ton m, 5 ft-Lb, 6 in-Lb, 7 bar (default 0)
+  --teds-date YYYY-MM-DD calibration date, 1998-01-01 to 2177-06-06
+                         (default 2023-03-14)
+  --teds-initials ABC    the calibrator's initials, one to three letters
+                         (default JKL)
+  --teds-period N        calibration period in days, 0 to 4095 (default 365)
+  --teds-id N            measurement id, 0 to 2047: 0 bridge A, 1 bridge B, ...
+                         (default 1)
+                         Any --teds-... option puts the data sheet on the
+                         meter, as --teds present does, unless --teds is given.
   --echo                 send every command back before its reply
   --two-wire             a half-duplex line: the program hears its own commands
   --latency MS           milliseconds from a command to its answer (default 20)

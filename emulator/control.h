@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "emulator/data_sheet.h"
 #include "emulator/meter.h"
 #include "emulator/meter_port.h"
 
@@ -20,6 +21,11 @@ struct ProgramOptions {
   double input = 0.0;
   double noise = 0.0;
   bool kindGiven = false;
+  // The data sheet's fields; any of them given puts the sheet on the meter unless --teds
+  // says otherwise.
+  DataSheetFields dataSheet;
+  bool dataSheetGiven = false;
+  bool tedsGiven = false;
   bool help = false;
 };
 

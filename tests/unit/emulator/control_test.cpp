@@ -29,12 +29,50 @@ TEST(EmulatorControlTest, CommandLine) {
   EXPECT_EQ(options.input, 1.5);
   EXPECT_EQ(options.noise, 0.01);
 
+  ProgramOptions sheet;
+  EXPECT_EQ(ParseArguments({"--link", "x", "--teds-template", "1", "--teds-serial", "1234567", "--teds-units", "63",
+                            "--teds-extended-units=7", "--teds-date", "2024-02-29", "--teds-initials", "abc",
+                            "--teds-period", "4095", "--teds-id", "2047"},
+                           sheet),
+            std::nullopt);
+  EXPECT_TRUE(sheet.meter.tedsHardware && sheet.meter.tedsPresent) << "a field of the sheet puts the sheet on";
+  EXPECT_EQ(sheet.dataSheet.templateNumber, 1);
+  EXPECT_EQ(sheet.dataSheet.serialNumber, 1234567u);
+  EXPECT_EQ(sheet.dataSheet.unitsCode, 63);
+  EXPECT_EQ(sheet.dataSheet.extendedUnitsCode, 7);
+  EXPECT_EQ(sheet.dataSheet.calibrationDay, 9555);
+  EXPECT_EQ(sheet.dataSheet.initials, "ABC");
+  EXPECT_EQ(sheet.dataSheet.calibrationPeriod, 4095);
+  EXPECT_EQ(sheet.dataSheet.measurementId, 2047);
+  EXPECT_EQ(sheet.meter.dataSheet, EncodeDataSheet(sheet.dataSheet));
+  for (const auto& [date, day] :
+       {std::pair{"1998-01-01", 0}, {"2000-02-29", 789}, {"2000-03-01", 790}, {"2177-06-06", 65535}}) {
+    EXPECT_EQ(CalibrationDayOf(date), day) << date;
+  }
+  ProgramOptions without;
+  EXPECT_EQ(ParseArguments({"--link", "x", "--teds-serial", "5", "--teds", "hardware"}, without), std::nullopt);
+  EXPECT_TRUE(without.meter.tedsHardware);
+  EXPECT_FALSE(without.meter.tedsPresent) << "--teds wins over the sheet's fields";
+
   for (const std::vector<std::string>& wrong : {std::vector<std::string>{},
                                                 {"--link"},
                                                 {"--link", "x", "--kind", "medium"},
                                                 {"--link", "x", "--revision", "300"},
                                                 {"--link", "x", "--address", "W"},
                                                 {"--link", "x", "--teds", "maybe"},
+                                                {"--link", "x", "--teds-template", "4"},
+                                                {"--link", "x", "--teds-serial", "16777216"},
+                                                {"--link", "x", "--teds-units", "64"},
+                                                {"--link", "x", "--teds-extended-units", "-1"},
+                                                {"--link", "x", "--teds-date", "2023-02-29"},
+                                                {"--link", "x", "--teds-date", "1997-12-31"},
+                                                {"--link", "x", "--teds-date", "2177-06-07"},
+                                                {"--link", "x", "--teds-date", "24-02-29"},
+                                                {"--link", "x", "--teds-initials", "ABCD"},
+                                                {"--link", "x", "--teds-initials", "A1"},
+                                                {"--link", "x", "--teds-period", "4096"},
+                                                {"--link", "x", "--teds-id", "2048"},
+                                                {"--link", "x", "--teds-colour", "red"},
                                                 {"--link", "x", "--options", "7"},
                                                 {"--link", "x", "--conditioner", "ac"},
                                                 {"--link", "x", "--baud", "fast"},

@@ -4,21 +4,15 @@
 
 #include "link/globals.h"
 #include "link/image_access.h"
-#include "panelmenu/value_entry.h"
+#include "pages/page_fields.h"
 #include "setup/image_map.h"
 
 namespace dpm {
 namespace {
 
-int16_t ReadFlag(std::string_view name) {
-  const ImageField& field = FindField(name);
-  return ReadField(field.hi, field.lo, field.position);
-}
+int16_t ReadFlag(std::string_view name) { return ReadFieldValue(FindField(name)); }
 
-void WriteFlag(std::string_view name, int16_t value) {
-  const ImageField& field = FindField(name);
-  WriteField(field.hi, field.lo, field.position, value);
-}
+void WriteFlag(std::string_view name, int16_t value) { WriteFieldValue(FindField(name), value); }
 
 constexpr std::array<ScaleBox, 6> kScaleBoxes = {{
     {&SetupPage1::txtScale, &SetupPage1::fraScale, "Scale", ScaleGroup::ScaleOffset, 1326},
@@ -107,18 +101,8 @@ void SetupPage1::ScaleOffEnable() {
 }
 
 void SetupPage1::Get1Text() {
-  for (const ScaleBox& row : kScaleBoxes) {
-    const ImageField& field = FindField(row.field);
-    int16_t format = field.readFormat;
-    int16_t ownCode = 0;
-    int16_t& dp = field.point == PointSource::Display ? g.DisplayDp
-                  : field.point == PointSource::Input ? g.InputDp
-                                                      : ownCode;
-    (this->*row.box).SetText(ReadValue(format, field.position, dp));
-  }
-  const ImageField& rd0 = FindField("CustomCurveRd0");
-  int16_t format = rd0.readFormat;
-  g.CustomCurveRd0Text = ReadValue(format, rd0.position, g.DisplayDp);
+  for (const ScaleBox& row : kScaleBoxes) (this->*row.box).SetText(ValueFieldText(FindField(row.field)));
+  g.CustomCurveRd0Text = ValueFieldText(FindField("CustomCurveRd0"));
 }
 
 // The method options act when they get the focus. Each marks the page ready first, since
@@ -151,15 +135,8 @@ void SetupPage1::optRdCoord_GotFocus() {
 // The value boxes take no typing: a click opens the value entry dialog on the field, and
 // the dialog writes the image and the box when the user accepts.
 void SetupPage1::ValueBox_Click(const ScaleBox& row) {
-  TextBox& box = this->*row.box;
   const EntryTarget target = EntryTargetOf(row, g.CustomCurveInForce == 1);
-  g.EntryText = box.Text();
-  g.EntryFormat = target.format;
-  g.EntryPosition = target.position;
-  g.EntryBox = &box;
-  OpenValueEntry(kEntrySide);
-  // The box never keeps the caret.
-  cmdMMenu.SetFocus();
+  OpenValueBox(this->*row.box, target.format, target.position, kEntrySide, cmdMMenu);
 }
 
 }  // namespace dpm

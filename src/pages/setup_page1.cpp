@@ -6,10 +6,10 @@
 
 #include "link/globals.h"
 #include "link/image_access.h"
+#include "pages/page_fields.h"
+#include "pages/setup_page2.h"
 #include "panelmenu/value_entry.h"
-#include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
-#include "platform/services.h"
 #include "setup/image_map.h"
 #include "setup/image_positions.h"
 #include "setup/input_facts.h"
@@ -30,43 +30,23 @@ constexpr int16_t kDecimalPointHelp = 1323;
 
 constexpr const char* kF1HelpText = " <  Select box and use F1 Key for Help  >";
 
-void Hourglass(bool on) {
-  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(on);
-}
-
-// Refills a list and selects an entry. A stored value that has no entry (a rate of 7, a
-// decimal point code of 0 or 7) leaves the list showing none: nothing is written back, so
-// the image keeps those bits until the user picks an entry of the list.
-template <class Texts>
-void FillList(ComboBox& combo, const Texts& texts, int selected) {
-  combo.Clear();
-  for (const auto& text : texts) combo.AddItem(std::string(text));
-  combo.SetListIndex(selected);
-}
-
-int16_t ReadFieldValue(const ImageField& field) { return ReadField(field.hi, field.lo, field.position); }
-
-// A list of one field's texts, showing the value the image holds.
-void FillFromField(ComboBox& combo, std::string_view name) {
-  const ImageField& field = FindField(name);
-  FillList(combo, field.texts, ReadFieldValue(field) - field.firstValue);
-}
-
-// The value of an option board as the image holds it, into its shadow.
+// The option boards: each list sets the program's shadow of its board too.
 int16_t ReadOption(std::string_view name, int16_t& shadow) {
   shadow = ReadFieldValue(FindField(name));
   return shadow;
 }
 
-constexpr std::array<SetupPage1::FieldList, 8> kFieldLists = {{
-    {&SetupPage1::cboCusCrv, "CustomCurve", 1318, true, nullptr},
-    {&SetupPage1::cboRate, "Rate", 1319, false, nullptr},
-    {&SetupPage1::cboHz, "LineFreq", 1320, false, nullptr},
-    {&SetupPage1::cboResol, "Resolution", 1321, true, nullptr},
-    {&SetupPage1::cboLeadZ, "LeadingZeros", 1324, false, nullptr},
-    {&SetupPage1::cboRlyOpt, "RelayOptionBit", 1102, false, &Globals::RelayOption},
-    {&SetupPage1::cboComOpt, "CommOptionBits", 1303, false, &Globals::CommOption},
-    {&SetupPage1::cboAnaOpt, "AnalogOptionBit", 1304, false, &Globals::AnalogOption},
+// The lists that write one field each; custom curve and resolution change what exists, and
+// rebuild the page.
+constexpr std::array<FieldList<SetupPage1>, 8> kFieldLists = {{
+    {&SetupPage1::cboCusCrv, "CustomCurve", 1318, &SetupPage1::RefreshPage1},
+    {&SetupPage1::cboRate, "Rate", 1319},
+    {&SetupPage1::cboHz, "LineFreq", 1320},
+    {&SetupPage1::cboResol, "Resolution", 1321, &SetupPage1::RefreshPage1},
+    {&SetupPage1::cboLeadZ, "LeadingZeros", 1324},
+    {&SetupPage1::cboRlyOpt, "RelayOptionBit", 1102, nullptr, &Globals::RelayOption},
+    {&SetupPage1::cboComOpt, "CommOptionBits", 1303, nullptr, &Globals::CommOption},
+    {&SetupPage1::cboAnaOpt, "AnalogOptionBit", 1304, nullptr, &Globals::AnalogOption},
 }};
 
 }  // namespace
@@ -86,11 +66,7 @@ void SetupPage1::ConnectHandlers() {
   on.KeyDown = [this](int& keyCode, int shift) { Form_KeyDown(keyCode, shift); };
   on.Unload = [this](int& cancel) { Form_Unload(cancel); };
 
-  for (const FieldList& list : kFieldLists) {
-    ComboBox& combo = this->*list.combo;
-    combo.on.Click = [this, &list] { FieldList_Click(list); };
-    combo.on.GotFocus = [&list] { g.HelpContext = list.helpContext; };
-  }
+  ConnectFieldLists<SetupPage1>(*this, kFieldLists);
   cboSCOpt.on.Click = [this] { cboSCOpt_Click(); };
   cboSCOpt.on.GotFocus = [] { g.HelpContext = kConditionerHelp; };
   cboMode.on.Click = [this] { cboMode_Click(); };
@@ -246,24 +222,11 @@ void SetupPage1::cboFunc_Click() {
   RefreshPage1();
 }
 
-// The other lists write their field; those that change what exists rebuild the page.
-
-void SetupPage1::FieldList_Click(const FieldList& list) {
-  if (!PageReady) return;
-  const ComboBox& combo = this->*list.combo;
-  const ImageField& field = FindField(list.field);
-  const auto value = static_cast<int16_t>(combo.ListIndex() + field.firstValue);
-  if (list.shadow != nullptr) g.*list.shadow = value;
-  WriteField(field.hi, field.lo, field.position, value);
-  if (list.rebuilds) RefreshPage1();
-}
-
 void SetupPage1::cboDVal_Click() {
   if (!PageReady) return;
   // With no filter the meter has nothing but the filtered value to display.
   const int16_t value = AllowedDisplayValue(static_cast<int16_t>(cboDVal.ListIndex()));
-  const ImageField& field = FindField("DisplayValue");
-  WriteField(field.hi, field.lo, field.position, value);
+  WriteFieldValue(FindField("DisplayValue"), value);
   cboDVal.SetListIndex(value);
 }
 
@@ -297,15 +260,9 @@ void SetupPage1::optExtend_GotFocus() {
 
 // Navigation and the form's events.
 
-void SetupPage1::cmdMMenu_Click() {
-  Hourglass(true);
-  frmMMenu().Show();
-  Hide();
-  Hourglass(false);
-}
+void SetupPage1::cmdMMenu_Click() { BackToMainMenu(*this); }
 
-// Page 2 is not part of the program yet; the button is in place and does nothing.
-void SetupPage1::cmdNextPage_Click() {}
+void SetupPage1::cmdNextPage_Click() { GoToPage(*this, frmSetup2()); }
 
 void SetupPage1::Form_Load() { PageReady = false; }
 

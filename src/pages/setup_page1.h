@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "link/globals.h"
 #include "platform/forms/controls.h"
@@ -116,19 +115,9 @@ class SetupPage1 : public Form {
   void optCoord_GotFocus();
   void optRdCoord_GotFocus();
 
-  // The lists that stand for one image field each: their click writes the field.
-  struct FieldList {
-    ComboBox SetupPage1::*combo;
-    std::string_view field;    // the image field, by its name in the image map
-    int16_t helpContext;       // stored when the list gets the focus
-    bool rebuilds;             // a change rebuilds the page
-    int16_t Globals::*shadow;  // an option board's shadow, set to the new value; or none
-  };
-
  private:
   void ConnectHandlers();
   void ConnectScaling();
-  void FieldList_Click(const FieldList& list);
   void ValueBox_Click(const ScaleBox& row);
 
   bool filled_ = false;  // the page has been filled from the image once

@@ -96,6 +96,8 @@ class GuiFormsTest : public ::testing::Test {
         return "QLineEdit";
       case ControlKind::OptionButton:
         return "QRadioButton";
+      case ControlKind::CheckBox:
+        return "QCheckBox";
       case ControlKind::CommandButton:
         return "QPushButton";
       case ControlKind::ProgressBar:

@@ -1,0 +1,93 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "forms_gui_fixture.h"
+#include "pages/setup_page1.h"
+#include "pages/setup_page2.h"
+#include "pages/setup_page3.h"
+#include "setup/main_menu.h"
+#include "setup/setup_files.h"
+
+namespace dpm::testing {
+namespace {
+
+class SetupPagesWindows : public GuiFormsTest {
+ protected:
+  SetupPagesWindows() {
+    g.DefaultFirmwareRev = 4;
+    DefaultData();
+    g.FirmwareRev = 4;
+  }
+
+  // Clicks a button of the active window and waits for the window of `next` to be active.
+  static QWidget* ClickThrough(QWidget* window, const char* button, const Form& next) {
+    QPushButton* widget = Find<QPushButton>(window, button);
+    if (widget == nullptr) return nullptr;
+    QTest::mouseClick(widget, Qt::LeftButton);
+    QWidget* nextWindow = qt::WindowOf(next);
+    EXPECT_NE(nextWindow, nullptr) << next.Name();
+    if (nextWindow == nullptr) return nullptr;
+    EXPECT_TRUE(QTest::qWaitForWindowActive(nextWindow)) << next.Name();
+    EXPECT_FALSE(window->isVisible()) << "the page left is hidden";
+    return nextWindow;
+  }
+};
+
+TEST_F(SetupPagesWindows, EveryControlOfPagesTwoAndThreeHasItsWidget) {
+  g.RelayOption = 1;
+  g.TedsHardware = 1;
+  ShowActive(frmSetup2());
+  ExpectEveryControlHasItsWidget(frmSetup2());
+  ShowActive(frmSetup3());
+  ExpectEveryControlHasItsWidget(frmSetup3());
+}
+
+TEST_F(SetupPagesWindows, PagesOneTwoThreeTwoAndTheMainMenu) {
+  MainMenu& menu = frmMMenu();
+  QWidget* main = ShowActive(menu);
+  menu.mnuDefaultSet.UserClick();
+  Find<QAction>(main, "mnuSetup")->trigger();
+  QWidget* page1 = qt::WindowOf(frmSetup1());
+  ASSERT_NE(page1, nullptr);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(page1));
+
+  QWidget* page2 = ClickThrough(page1, "cmdNextPage", frmSetup2());
+  ASSERT_NE(page2, nullptr);
+  EXPECT_EQ(page2->windowTitle(), "DPM SETUP  PAGE  2");
+  EXPECT_EQ(Find<QComboBox>(page2, "cboTimConst")->currentText(), " 1.2 Sec");
+  EXPECT_TRUE(Find<QGroupBox>(page2, "fraAlarm1")->isVisible()) << "the default setup has a relay board";
+  EXPECT_FALSE(Find<QGroupBox>(page2, "fraTare")->isVisible()) << "and no data sheet hardware";
+
+  // The user picks "Devn Disabled": the deviation frames go grey at once.
+  auto* status = Find<QComboBox>(page2, "cboDevStatus");
+  status->setCurrentIndex(1);
+  emit status->activated(1);
+  EXPECT_FALSE(Find<QGroupBox>(page2, "fraDev1")->isEnabled());
+  EXPECT_EQ(g.SetupImage.substr(56, 2), "20");
+
+  QWidget* page3 = ClickThrough(page2, "cmdNextPage", frmSetup3());
+  ASSERT_NE(page3, nullptr);
+  EXPECT_EQ(page3->windowTitle(), "DPM SETUP  PAGE  3  ");
+  EXPECT_EQ(Find<QComboBox>(page3, "cboBaudRate")->currentText(), " 9600");
+  EXPECT_EQ(Find<QCheckBox>(page3, "chkLock_13")->text(), "Serial Number");
+  EXPECT_EQ(Find<QLabel>(page3, "lblTranStop")->text(), "cr ");
+  EXPECT_FALSE(Find<QGroupBox>(page3, "fraSerNo")->isVisible());
+
+  // A lockout ticked by the user lands in the image.
+  auto* inputType = Find<QCheckBox>(page3, "chkLock_0");
+  QTest::mouseClick(inputType, Qt::LeftButton, {}, QPoint(8, inputType->height() / 2));
+  EXPECT_EQ(g.SetupImage.substr(42, 2), "10");
+
+  ASSERT_EQ(ClickThrough(page3, "cmdPrevPage", frmSetup2()), page2);
+  EXPECT_FALSE(Find<QGroupBox>(page2, "fraDev1")->isEnabled()) << "rebuilt from the image";
+  ASSERT_EQ(ClickThrough(page2, "cmdMMenu", menu), main);
+  EXPECT_TRUE(Forms().IsLoaded(SetupPage2::kName));
+  EXPECT_TRUE(Forms().IsLoaded(SetupPage3::kName));
+  EXPECT_FALSE(page3->isVisible());
+}
+
+}  // namespace
+}  // namespace dpm::testing

@@ -1,0 +1,345 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "pages_fixture.h"
+#include "setup/main_menu.h"
+
+namespace dpm::testing {
+namespace {
+
+// A meter that answers the data sheet request with a sheet of its own.
+class DataSheetMeter : public fake::SerialPeer {
+ public:
+  DataSheetMeter(fake::FakeSerialLine& line, std::string sheet) : line_(line), sheet_(std::move(sheet)) {
+    line.SetPeer(this);
+  }
+  ~DataSheetMeter() override { line_.SetPeer(nullptr); }
+  void OnBytesFromHost(const std::string& bytes, uint32_t) override {
+    if (bytes.rfind("*1XTA0", 0) == 0) line_.ArriveAfter(5, sheet_ + CR);
+  }
+
+ private:
+  fake::FakeSerialLine& line_;
+  std::string sheet_;
+};
+
+class Page3Test : public PagesTest {
+ protected:
+  // Lockout boxes 0 to 17 as ticks ("1") and blanks ("0").
+  static std::string Ticks(const SetupPage3& page) {
+    std::string ticks;
+    for (int i = 0; i < 18; ++i) ticks += page.chkLock[i].Value() == kChecked ? '1' : '0';
+    return ticks;
+  }
+  // The page built anew, as on the way back from page 2.
+  static void Revisit(SetupPage3& page) {
+    page.cmdPrevPage.UserClick();
+    frmSetup2().cmdNextPage.UserClick();
+    ASSERT_TRUE(page.IsActive());
+  }
+  int DataSheetRequests() const {
+    const auto sent = line.SentCommands();
+    return static_cast<int>(std::count_if(sent.begin(), sent.end(), [](const auto& c) { return c.text == "*1XTA0"; }));
+  }
+};
+
+std::string Shown(const Control& c) {
+  switch (c.Kind()) {
+    case ControlKind::ComboBox:
+      return static_cast<const ComboBox&>(c).Text();
+    case ControlKind::TextBox:
+      return static_cast<const TextBox&>(c).Text();
+    case ControlKind::CheckBox:
+      return static_cast<const CheckBox&>(c).Value() == kChecked ? "ticked" : "clear";
+    default:
+      return static_cast<const CaptionedControl&>(c).Caption();
+  }
+}
+
+TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
+  struct Case {
+    const char* what;
+    const char* digits;
+    std::vector<std::pair<const char*, const char*>> shown;
+  };
+  const Case cases[] = {
+      // clang-format off
+      {"default setup", "",
+       {{"cboBaudRate", " 9600"}, {"cboAddress", " 1 (1)"}, {"cboTranChars", "Normal"},
+        {"txtTranStop", "13"}, {"lblTranStop", "cr "}, {"txtTranStart", "0"}, {"lblTranStart", "nul"},
+        {"lblLockout", "  Lockout  jumper IS NOT installed"}}},
+      {"every field off its default", "33=06 37=01 45=DF 47=39 49=F9 53=10 61=FFFC18 125=41 127=20",
+       {{"cboBaudRate", " 2400"}, {"cboAddress", "31 (F.)"}, {"cboOutVal", "Unfiltered"},
+        {"cboOutRate", "Read Rate/256"}, {"cboSerMode", "Continuous"}, {"chkAlmData", "ticked"},
+        {"chkLF", "ticked"}, {"cboRTS", "Latching"}, {"cboDuplex", "Half Duplex"},
+        {"cboCircuit", "Current Output"}, {"cboAnaValue", "Filtered"}, {"txtAnaHi", " - 01000."},
+        {"txtAnaLo", " +00000."}, {"cboTranChars", "Start/StopChars"},
+        {"txtTranStop", "65"}, {"lblTranStop", "A"}, {"txtTranStart", "32"}, {"lblTranStart", "sp "},
+        {"lblLockout", "  Lockout  jumper IS installed"}}},
+      {"a character above 127", "127=C8", {{"txtTranStart", "200"}, {"lblTranStart", "\xC3\x88"}}},
+      // clang-format on
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Forms().Reset();
+    DefaultData();
+    SetDigits(c.digits);
+    const std::string image = g.SetupImage;
+    SetupPage3& page = OpenPage3();
+    ASSERT_TRUE(page.IsActive());
+    EXPECT_EQ(page.Caption(), "DPM SETUP  PAGE  3  ");
+    for (const auto& [name, text] : c.shown) EXPECT_EQ(Shown(*page.FindControl(name)), text) << name;
+    EXPECT_EQ(g.SetupImage, image) << "filling the page writes nothing";
+  }
+
+  // clang-format off
+  const char* const captions[] = {
+      "Input Type", "Setup, Config, DP", "Filter", "Scale, Lo/Hi In", "Offset, Lo/Hi Rd",
+      "Alarm Config, Deviation", "Change Alarm Setpoints", "Analog Output Scaling", "SerialCommunication",
+      "Tare, View Peak", "View Alarm Setpoints", "FP Function Resets", "FP Meter Reset",
+      "Serial Number", "Measurand Units", "Calibration Date", "Calib Initials, M-ID", "Calibration Period"};
+  // clang-format on
+  for (int i = 0; i < 18; ++i) EXPECT_EQ(frmSetup3().chkLock[i].Caption(), captions[i]) << i;
+}
+
+TEST_F(Page3Test, EachControlWritesItsBitsAndStoresItsHelp) {
+  struct Case {
+    const char* control;
+    int pick;  // the entry of a list, the value of a check box; -1 for none
+    int position;
+    const char* digits;  // the byte afterwards; the default setup has 33=00 37=02 43=00 45=21 47=D0 53=00
+    int16_t help;
+  };
+  const Case cases[] = {
+      {"cboBaudRate", 6, 47, "E0", 1336}, {"cboAddress", 31, 45, "3F", 1337},    {"cboOutVal", 0, 47, "50", 1338},
+      {"cboOutRate", 9, 47, "D9", 1339},  {"cboSerMode", 0, 45, "01", 1340},     {"chkAlmData", 1, 45, "61", 1341},
+      {"cboRTS", 1, 33, "04", 1342},      {"cboDuplex", 1, 33, "02", 1343},      {"chkLF", 1, 45, "A1", 1344},
+      {"cboCircuit", 0, 37, "00", 1345},  {"cboAnaValue", 1, 37, "03", 1346},    {"cboTranChars", 1, 53, "10", 1381},
+      {"chkLock_3", 1, 43, "02", 1351},   {"chkLock_17", 1, 9, "00", 1365},      {"txtAnaHi", -1, 61, "00", 1347},
+      {"txtAnaLo", -1, 67, "00", 1347},   {"txtTranStart", -1, 127, "00", 1381}, {"txtTranStop", -1, 125, "0D", 1381},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.control);
+    Forms().Reset();
+    DefaultData();
+    SetDigits("49=79");  // an RS485 board: every serial control answers
+    SetupPage3& page = OpenPage3();
+    Control& control = *page.FindControl(c.control);
+    g.HelpContext = 0;
+    control.UserFocus();
+    EXPECT_EQ(g.HelpContext, c.help);
+    if (control.Kind() == ControlKind::ComboBox) static_cast<ComboBox&>(control).UserSelect(c.pick);
+    if (control.Kind() == ControlKind::CheckBox) static_cast<CheckBox&>(control).UserSetValue(c.pick);
+    EXPECT_EQ(Digits(c.position), c.digits);
+  }
+
+  // The two labels that take clicks store their help item.
+  SetupPage3& page = frmSetup3();
+  page.lblAscTbl.UserClick();
+  EXPECT_EQ(g.HelpContext, 1138);
+  page.lblLockout.UserClick();
+  EXPECT_EQ(g.HelpContext, 1361);
+}
+
+TEST_F(Page3Test, CommOptionDecidesWhatAnswers) {
+  struct Case {
+    const char* optionByte;
+    const char* answering;
+  };
+  const Case cases[] = {
+      {"71", ""},  // no board: the group is hidden
+      {"75",
+       "cboBaudRate cboAddress cboSerMode cboRTS chkAlmData chkLF cboOutRate cboOutVal cboTranChars "
+       "txtTranStart txtTranStop"},
+      {"79",
+       "cboBaudRate cboAddress cboSerMode cboRTS chkAlmData chkLF cboDuplex cboOutRate cboOutVal cboTranChars "
+       "txtTranStart txtTranStop"},
+      {"7D", "cboOutRate cboOutVal cboTranChars txtTranStart txtTranStop"},  // Parallel BCD
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.optionByte);
+    Forms().Reset();
+    DefaultData();
+    SetDigits(std::string("49=") + c.optionByte);
+    SetupPage3& page = OpenPage3();
+    EXPECT_EQ(Answering({&page.cboBaudRate, &page.cboAddress, &page.cboSerMode, &page.cboRTS, &page.chkAlmData,
+                         &page.chkLF, &page.cboDuplex, &page.cboOutRate, &page.cboOutVal, &page.cboTranChars,
+                         &page.txtTranStart, &page.txtTranStop}),
+              c.answering);
+    EXPECT_TRUE(page.fraAnaOut.Visible());
+  }
+
+  // The boards changed on page 1 while this page stays loaded: it follows on the way back.
+  SetupPage3& page = frmSetup3();
+  page.cmdPrevPage.UserClick();
+  frmSetup2().cmdPrevPage.UserClick();
+  frmSetup1().cboComOpt.UserSelect(2);
+  frmSetup1().cboAnaOpt.UserSelect(0);
+  frmSetup1().cmdNextPage.UserClick();
+  frmSetup2().cmdNextPage.UserClick();
+  ASSERT_EQ(&frmSetup3(), &page);
+  EXPECT_TRUE(page.cboDuplex.AcceptsUser());
+  EXPECT_TRUE(page.cboBaudRate.AcceptsUser());
+  EXPECT_FALSE(page.fraAnaOut.Visible());
+}
+
+TEST_F(Page3Test, LockoutBoxesReadTheirBits) {
+  struct Case {
+    int position;
+    const char* digits;
+    const char* ticks;  // boxes 0 to 17
+  };
+  const Case cases[] = {
+      {43, "10", "100000000000000000"}, {43, "08", "010000000000000000"}, {43, "04", "001000000000000000"},
+      {43, "02", "000100000000000000"}, {43, "01", "000010000000000000"}, {41, "08", "000001000000000000"},
+      {41, "04", "000000100000000000"}, {41, "02", "000000010000000000"}, {41, "01", "000000001000000000"},
+      {41, "80", "000000000100000000"}, {41, "40", "000000000010000000"}, {41, "20", "000000000001000000"},
+      {41, "10", "000000000000100000"}, {9, "10", "000000000000010000"},  {9, "08", "000000000000001000"},
+      {9, "04", "000000000000000100"},  {9, "02", "000000000000000010"},  {9, "01", "000000000000000001"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.position) + "=" + c.digits);
+    Forms().Reset();
+    DefaultData();
+    SetDigits(std::to_string(c.position) + "=" + c.digits);
+    EXPECT_EQ(Ticks(OpenPage3()), c.ticks);
+  }
+}
+
+TEST_F(Page3Test, LockoutBoxesWriteByTheirOwnRule) {
+  struct Case {
+    int index;
+    const char* lockouts;  // digits 9, 41 and 43 after the box is ticked
+  };
+  const Case cases[] = {
+      {0, "00 00 10"},  {4, "00 00 01"},  {5, "00 08 00"},  {8, "00 01 00"},  {9, "00 80 00"},
+      {12, "00 10 00"}, {13, "00 08 00"}, {16, "00 01 00"}, {17, "00 00 00"},  // a data sheet box
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.index);
+    Forms().Reset();
+    DefaultData();
+    SetupPage3& page = OpenPage3();
+    page.chkLock[c.index].UserSetValue(kChecked);
+    EXPECT_EQ(Digits(9) + " " + Digits(41) + " " + Digits(43), c.lockouts);
+  }
+
+  // Box 13 ticked lands on the bit of box 5: after a rebuild that box shows it, box 13 not.
+  SetupPage3& page = frmSetup3();
+  Revisit(page);
+  EXPECT_EQ(Ticks(page), "000000000000000000");
+  page.chkLock[13].UserSetValue(kChecked);
+  Revisit(page);
+  EXPECT_EQ(Ticks(page), "000001000000000000");
+}
+
+TEST_F(Page3Test, WithoutRelayBoardTheAlarmLockoutsShowTickedButKeepTheirBits) {
+  SetDigits("49=35");
+  SetupPage3& page = OpenPage3();
+  EXPECT_EQ(Ticks(page), "000001100010000000");
+  EXPECT_EQ(Digits(41), "00");
+  page.chkLock[5].UserSetValue(kUnchecked);
+  EXPECT_EQ(Digits(41), "00");
+  page.chkLock[5].UserSetValue(kChecked);
+  EXPECT_EQ(Digits(41), "08");
+}
+
+TEST_F(Page3Test, CustomCharactersOnlyAfterTheFirstFirmware) {
+  SetDigits("53=10");
+  g.FirmwareRev = 0;
+  SetupPage3& page = OpenPage3();
+  EXPECT_EQ(page.cboTranChars.Text(), "Normal") << "the bit is the leading zeros there";
+  for (const Frame* frame : {&page.fraTranChars, &page.fraTranStart, &page.fraTranStop}) {
+    EXPECT_FALSE(frame->Visible()) << frame->Name();
+  }
+  EXPECT_EQ(Answering({&page.cboTranChars, &page.txtTranStart, &page.lblTranStop}), "");
+
+  g.FirmwareRev = 4;
+  Revisit(page);
+  EXPECT_EQ(page.cboTranChars.Text(), "Start/StopChars");
+  EXPECT_EQ(Answering({&page.cboTranChars, &page.txtTranStart, &page.txtTranStop}),
+            "cboTranChars txtTranStart txtTranStop");
+}
+
+TEST_F(Page3Test, StartAndStopCharactersGoThroughTheByteEntry) {
+  SetupPage3& page = OpenPage3();
+  page.txtTranStop.UserClick();
+  ValueEntry& dialog = frmEntVal();
+  ASSERT_TRUE(dialog.IsActive());
+  EXPECT_EQ(g.EntryFormat, 7);
+  EXPECT_EQ(g.EntryPosition, 125);
+  EXPECT_EQ(g.CharCode, 13);
+  EXPECT_TRUE(page.cmdMMenu.HasFocus());
+  EXPECT_EQ(dialog.txtDigit[3].Text() + dialog.txtDigit[4].Text() + dialog.txtDigit[5].Text(), "013");
+  Type("065\r");
+  ASSERT_TRUE(page.IsActive());
+  EXPECT_EQ(Digits(125), "41");
+  EXPECT_EQ(page.txtTranStop.Text(), "65");
+  EXPECT_EQ(page.lblTranStop.Caption(), "A") << "the page rebuilds itself on the dialog's return";
+
+  page.txtTranStart.UserClick();
+  EXPECT_EQ(g.EntryPosition, 127);
+  const int beeps = dialogs.beeps;
+  Type("256\r");
+  EXPECT_EQ(dialogs.beeps, beeps + 1);
+  EXPECT_TRUE(dialog.IsActive()) << "a byte above 255 is refused";
+  dialog.txtDigit[3].SetFocus();
+  Type("255\r");
+  EXPECT_EQ(Digits(127), "FF");
+  EXPECT_EQ(page.txtTranStart.Text(), "255");
+  EXPECT_EQ(page.lblTranStart.Caption(), "\xC3\xBF");
+
+  // Closed while an entry is open: the main menu shows, and the dialog serves no box of it.
+  page.txtTranStop.UserClick();
+  page.UserClose();
+  EXPECT_FALSE(Forms().IsLoaded(SetupPage3::kName));
+  EXPECT_TRUE(frmMMenu().IsActive());
+  EXPECT_EQ(g.EntryBox, nullptr);
+}
+
+TEST_F(Page3Test, DataSheetIsFetchedOncePerVisitToTheMainMenu) {
+  // Units code 6 (bits 425-430) and serial number 1234567 (bits 441-464); the rest zeros.
+  DataSheetMeter meter(line, std::string(106, '0') + "18" + "00" + "12D687");
+  g.TedsHardware = 1;
+  g.TedsPresent = 1;
+  g.TedsTemplate = 99;
+  SetupPage3& page = OpenPage3();
+  EXPECT_EQ(DataSheetRequests(), 1);
+  const std::vector<std::pair<const Label*, const char*>> labels = {
+      {&page.lblSerNo, "1234567"},    {&page.lblUnits, "   KgF "},  {&page.lblDate, "010198 "},
+      {&page.lblInitials, "       "}, {&page.lblPeriod, "      0"}, {&page.lblMID, " Brdg-A"},
+  };
+  for (const auto& [label, text] : labels) {
+    EXPECT_EQ(label->Caption(), text) << label->Name();
+    EXPECT_TRUE(label->IsEffectivelyVisible()) << label->Name();
+  }
+
+  Revisit(page);
+  EXPECT_EQ(DataSheetRequests(), 1) << "fetched already";
+
+  page.cmdMMenu.UserClick();
+  MainMenu& menu = frmMMenu();
+  ASSERT_TRUE(menu.IsActive());
+  EXPECT_TRUE(Forms().IsLoaded(SetupPage3::kName)) << "the pages are hidden, not unloaded";
+  EXPECT_FALSE(page.Visible());
+  menu.mnuView.SetEnabled(true);
+  menu.mnuSetup.UserClick();
+  frmSetup1().cmdNextPage.UserClick();
+  frmSetup2().cmdNextPage.UserClick();
+  ASSERT_EQ(&frmSetup3(), &page);
+  EXPECT_EQ(DataSheetRequests(), 2) << "the main menu marks the sheet as not fetched";
+}
+
+TEST_F(Page3Test, WithoutDataSheetNothingIsSentAndItsFramesAreHidden) {
+  g.TedsTemplate = 99;
+  SetupPage3& page = OpenPage3();
+  EXPECT_TRUE(line.SentCommands().empty());
+  for (const Frame* frame :
+       {&page.fraSerNo, &page.fraUnits, &page.fraDate, &page.fraInitials, &page.fraPeriod, &page.fraMID}) {
+    EXPECT_FALSE(frame->Visible()) << frame->Name();
+  }
+}
+
+}  // namespace
+}  // namespace dpm::testing

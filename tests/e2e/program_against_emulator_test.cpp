@@ -1,28 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QCoreApplication>
-#include <QEvent>
 #include <QLabel>
 #include <QTimer>
-#include <QWidget>
 
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
-#include "emulator_process.h"
-#include "link/globals.h"
-#include "link/startup.h"
-#include "platform/fake/scripted_dialogs.h"
-#include "platform/forms/form_manager.h"
-#include "platform/qt/form_binder.h"
-#include "platform/qt/qt_clock.h"
-#include "platform/qt/qt_event_pump.h"
-#include "platform/qt/qt_serial_port.h"
-#include "platform/services.h"
+#include "program_fixture.h"
 #include "setup/default_image.h"
-#include "setup/main_menu.h"
 #include "setup/setup_files.h"
 
 namespace dpm::testing {
@@ -37,51 +19,9 @@ std::string FileText(const fs::path& path) {
   return text.str();
 }
 
-// The program started as main() starts it, in a program folder of its own whose COM1 is
-// the emulator's line; the user's file choices come from a script.
-class ProgramAgainstEmulator : public ::testing::Test {
+class ProgramAgainstEmulator : public ProgramAgainstEmulatorTest {
  protected:
-  ProgramAgainstEmulator()
-      : folder(fs::temp_directory_path() / ("dpm-e2e-" + std::to_string(getpid()))),
-        made(fs::create_directories(folder)),
-        emulator(folder / "COM1"),
-        meterLink(folder) {
-    std::ofstream(folder / "Settings.SSS") << "\"1501000100000041010000\"\r\n";
-    ResetGlobals();
-    Forms().Reset();
-    Platform() = Services{&clock, &events, &meterLink, &dialogs};
-    qt::InstallFormBinder();
-    Forms().SetEndAction([this] { ended = true; });
-    Main(folder, [] { frmMMenu().Show(); });
-    window = qt::WindowOf(frmMMenu());
-  }
-  ~ProgramAgainstEmulator() override {
-    if (meterLink.PortOpen()) meterLink.SetPortOpen(false);
-    Forms().Reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    Platform() = Services{};
-    fs::current_path(fs::temp_directory_path());
-    fs::remove_all(folder);
-  }
-
-  // Picks a menu item as the user would, through its action in the window.
-  void Pick(const char* item) {
-    QAction* action = window->findChild<QAction*>(item);
-    ASSERT_NE(action, nullptr) << item;
-    ASSERT_TRUE(action->isEnabled()) << item;
-    action->trigger();
-  }
   std::string StatusLine() const { return window->findChild<QLabel*>("lblGPText")->text().toStdString(); }
-
-  fs::path folder;
-  bool made;
-  EmulatorProcess emulator;
-  qt::QtClock clock;
-  qt::QtEventPump events;
-  qt::QtSerialPort meterLink;
-  fake::ScriptedDialogs dialogs;
-  QWidget* window = nullptr;
-  bool ended = false;
 };
 
 TEST_F(ProgramAgainstEmulator, GetSaveOpenPutAndExit) {

@@ -100,6 +100,8 @@ class GuiFormsTest : public ::testing::Test {
         return "QPushButton";
       case ControlKind::ProgressBar:
         return "QProgressBar";
+      case ControlKind::Grid:
+        return "QTableWidget";
       default:
         return "?";
     }

@@ -202,6 +202,12 @@ void SevenSegmentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
   }
   const bool selected = (option.state & QStyle::State_Selected) != 0;
   painter->fillRect(option.rect, selected ? kSelected : kBackground);
+  // A row with nothing in it is a dark display: not even the unlit segments show.
+  bool rowEmpty = true;
+  for (int col = 0; col < index.model()->columnCount() && rowEmpty; ++col) {
+    rowEmpty = index.sibling(index.row(), col).data(Qt::DisplayRole).toString().isEmpty();
+  }
+  if (rowEmpty) return;
   const QString text = index.data(Qt::DisplayRole).toString();
   if (index.column() < fixedCols_) {
     PaintText(*painter, option.rect, text);

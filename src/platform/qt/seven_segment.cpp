@@ -219,9 +219,10 @@ void SevenSegmentDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
 // A key's name, glyph after glyph from the left. Characters the display has no shape
 // for (the marks of locked and read-only keys) are written as text in their place.
 void SevenSegmentDelegate::PaintText(QPainter& painter, const QRectF& rect, const QString& text) const {
+  // Narrow enough that the longest name, "* SerNo  12", fits its column.
   const double h = rect.height() * 0.6;
-  const double w = h * 0.5;
-  const double advance = w * 1.6;
+  const double w = h * 0.45;
+  const double advance = w * 1.5;
   double x = rect.left() + 2;
   const double top = rect.top() + (rect.height() - h) / 2;
   painter.save();

@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+#include <QTableWidget>
+#include <QTest>
+#include <QWidget>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "emulator_process.h"
+#include "link/globals.h"
+#include "link/startup.h"
+#include "panelmenu/menu_view.h"
+#include "platform/fake/scripted_dialogs.h"
+#include "platform/forms/form_manager.h"
+#include "platform/qt/form_binder.h"
+#include "platform/qt/qt_clock.h"
+#include "platform/qt/qt_event_pump.h"
+#include "platform/qt/qt_serial_port.h"
+#include "platform/services.h"
+#include "setup/main_menu.h"
+
+namespace dpm::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The program started as main() starts it, its COM1 the line of a load cell meter with a
+// data sheet: serial number 1234567, pounds, calibrated 14 March 2023 by ABC for a year,
+// bridge C.
+class MenuViewAgainstEmulator : public ::testing::Test {
+ protected:
+  MenuViewAgainstEmulator()
+      : folder(fs::temp_directory_path() / ("dpm-e2e-menu-" + std::to_string(getpid()))),
+        made(fs::create_directories(folder)),
+        emulator(folder / "COM1", {"--conditioner", "load-cell", "--teds", "present", "--revision", "10",
+                                   "--teds-serial", "1234567", "--teds-units", "5", "--teds-date", "2023-03-14",
+                                   "--teds-initials", "ABC", "--teds-period", "365", "--teds-id", "2"}),
+        meterLink(folder) {
+    std::ofstream(folder / "Settings.SSS") << "\"1501000100000041010000\"\r\n";
+    ResetGlobals();
+    Forms().Reset();
+    Platform() = Services{&clock, &events, &meterLink, &dialogs};
+    qt::InstallFormBinder();
+    Main(folder, [] { frmMMenu().Show(); });
+    window = qt::WindowOf(frmMMenu());
+  }
+  ~MenuViewAgainstEmulator() override {
+    if (meterLink.PortOpen()) meterLink.SetPortOpen(false);
+    Forms().Reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    Platform() = Services{};
+    fs::current_path(fs::temp_directory_path());
+    fs::remove_all(folder);
+  }
+
+  void Pick(const char* item) {
+    QAction* action = window->findChild<QAction*>(item);
+    ASSERT_NE(action, nullptr) << item;
+    ASSERT_TRUE(action->isEnabled()) << item;
+    action->trigger();
+  }
+
+  // Each row of the grid that shows something: the key's name, then its six places,
+  // separated by "|".
+  static std::vector<std::string> Keys(const QTableWidget& grid) {
+    std::vector<std::string> rows;
+    for (int row = 1; row < grid.rowCount(); ++row) {
+      std::string text = grid.item(row, 0)->text().toStdString();
+      if (text.empty()) continue;
+      for (int col = 2; col < 8; ++col) text += "|" + grid.item(row, col)->text().toStdString();
+      rows.push_back(text);
+    }
+    return rows;
+  }
+
+  fs::path folder;
+  bool made;
+  EmulatorProcess emulator;
+  qt::QtClock clock;
+  qt::QtEventPump events;
+  qt::QtSerialPort meterLink;
+  fake::ScriptedDialogs dialogs;
+  QWidget* window = nullptr;
+};
+
+TEST_F(MenuViewAgainstEmulator, GetSetupThenTheMenuOfALoadCellWithItsDataSheet) {
+  ASSERT_NE(window, nullptr);
+  Pick("mnuGet");
+  ASSERT_EQ(window->findChild<QLabel*>("lblGPText")->text().toStdString(),
+            "Getting data from the DPM.  Data received O.K.");
+  Pick("mnuMenu");
+  QWidget* view = qt::WindowOf(frmDPMMenu());
+  ASSERT_NE(view, nullptr);
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(view));
+
+  // The data sheet is in force, so the input and configuration keys are the sheet's
+  // business and not shown; its six fields follow the serial keys, read only.
+  EXPECT_EQ(Keys(*view->findChild<QTableWidget*>("grdMain")),
+            (std::vector<std::string>{
+                "  SEtuP| | |0|0| |0",           " FiLtEr| |0|0|1|1|6",
+                "  DecPt|  | d| d| d| d .| ",    " AL SEt| |0|0|0|0|0",
+                " dEUn1b|  | 0| 0| 0| 0| 0",     " dEUn2b|  | 0| 0| 0| 0| 0",
+                " An SEt| | | | |1|0",           "  An Lo|  | 0| 0| 0| 0| 0",
+                "  An Hi|  | 2| 0| 0| 0| 0",     "  TArE| | |1|1|0|0",
+                "  SEr 1| | | |1|5|0",           "  SEr 2| | |0|0|1|1",
+                " * SerNo  1| 2| 3| 4| 5| 6| 7", " # UnitS|  |  | L| b|  |  ",
+                " # CALdAt| 3| 1| 4| 2| 3|  ",   " # CALInt|  | A|  | B|  | C",
+                " # CALPEr|  |  |  | 3| 6| 5",   " # M - Id| B| r| d| g| -| C",
+                "  Loc 1| |0|0|0|0|0",           "  Loc 2| | |0|0|0|0",
+                "  Loc 3| | |0|0|0|0",           "  Loc 4| |0|0|0|0|0",
+            }));
+  EXPECT_EQ(Keys(*view->findChild<QTableWidget*>("grdSetPt")),
+            (std::vector<std::string>{" SETPT1|  | 0| 1| 0| 0| 0", " SETPT2|  | 0| 2| 0| 0| 0"}));
+  EXPECT_TRUE(view->findChild<QLabel*>("Label1")->isVisible());
+  EXPECT_EQ(g.TedsTemplate, 0) << "the data sheet was fetched on opening";
+
+  // Back to the main menu and in again: the sheet is fetched anew, the keys the same.
+  QTest::mouseClick(view->findChild<QWidget*>("cmdMainMenu"), Qt::LeftButton);
+  EXPECT_FALSE(Forms().IsLoaded("frmDPMMenu"));
+  EXPECT_EQ(g.MenuViewUp, 0);
+  EXPECT_EQ(g.TedsTemplate, 99) << "the main menu forgets the sheet";
+  Pick("mnuMenu");
+  EXPECT_EQ(g.TedsTemplate, 0);
+  view = qt::WindowOf(frmDPMMenu());
+  ASSERT_NE(view, nullptr);
+  EXPECT_EQ(view->findChild<QTableWidget*>("grdMain")->item(13, 0)->text().toStdString(), " * SerNo  1");
+}
+
+}  // namespace
+}  // namespace dpm::testing

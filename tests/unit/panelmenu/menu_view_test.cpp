@@ -1,4 +1,3 @@
-#include <array>
 #include <string>
 #include <vector>
 
@@ -62,84 +61,15 @@ TEST_F(MenuViewTest, ClickOnAKeyShowsItsHelp) {
   }
 }
 
-TEST_F(MenuViewTest, GridsShowTheKeysOfTheImage) {
-  DpmMenu& view = Open("");
-  EXPECT_EQ(g.MenuViewUp, 1);
-  EXPECT_EQ(view.Caption(), "DPM  MENU");
-  EXPECT_EQ(view.lblSigCond.Caption(), " DC Signal Conditioner");
-  EXPECT_FALSE(view.Label1.Visible());
-
-  const Grid& keys = view.grdMain;
-  EXPECT_EQ(keys.TextMatrix(0, 0), " MENU KEY   ");
-  EXPECT_EQ(keys.TextMatrix(0, 2), "S");
-  EXPECT_EQ(keys.TextMatrix(0, 7), "5");
-  EXPECT_EQ(keys.ColWidth(0), 1300);
-  EXPECT_EQ(keys.ColWidth(1), 1);
-  EXPECT_EQ(keys.ColWidth(4), 350);
-  // 18 keys go in above the 35 rows the grid starts with.
-  EXPECT_EQ(keys.Rows(), 35 + 18);
-  EXPECT_EQ(keys.ScrollBars(), 0);
-  const char* expected[][8] = {
-      {"  InPut", "  ", "  ", " d", " C", "  ", " V", "  "}, {"  SEtuP", " ", " ", "0", "0", "0", "0", "0"},
-      {" SCALE", " ", "  ", " 0", " 0", " 0", " 0", " 1"},   {"  An Hi", " ", "  ", " 2", " 0", " 0", " 0", " 0"},
-      {"  Loc 3", " ", " ", " ", "0", "0", "0", "0"},
-  };
-  const int rows[] = {1, 2, 6, 13, 18};
-  for (int i = 0; i < 5; ++i) {
-    for (int col = 0; col < 8; ++col) EXPECT_EQ(keys.TextMatrix(rows[i], col), expected[i][col]) << rows[i];
-  }
-  EXPECT_EQ(keys.TextMatrix(19, 2), "");
-  EXPECT_EQ(view.MenuHelpIds[1], 1);
-  EXPECT_EQ(view.MenuHelpIds[18], 22);
-
-  // The input range on its own row, a character a place.
-  ASSERT_EQ(view.grdInput.Rows(), 2);
-  const std::array<const char*, 6> range = {"  ", "  ", " 0", " .", " 2", " V"};
-  for (int col = 0; col < 6; ++col) EXPECT_EQ(view.grdInput.TextMatrix(0, col), range[col]);
-
-  EXPECT_EQ(view.grdSetPt.TextMatrix(0, 0), " ALARM KEY  ");
-  EXPECT_EQ(view.grdSetPt.TextMatrix(1, 0), " SETPT1");
-  EXPECT_EQ(view.grdSetPt.TextMatrix(2, 0), " SETPT2");
-  EXPECT_EQ(view.grdSetPt.TextMatrix(2, 4), " 2");
-}
-
-// The longest menu there is: reading coordinates, every board and a data sheet.
-TEST_F(MenuViewTest, DataSheetKeysAreMarkedReadOnly) {
-  g.TedsHardware = g.TedsPresent = 1;
-  g.TedsTemplate = 0;  // fetched already: the sheet of zeros
-  g.TedsBits = std::string(464, '0');
-  DpmMenu& view = Open("33=08 55=C0", 10);
-  EXPECT_TRUE(view.Label1.Visible());
-  EXPECT_EQ(view.grdMain.Rows(), 35 + 27);
-  EXPECT_EQ(view.grdMain.TextMatrix(18, 0), " # Ser No ");
-  EXPECT_EQ(view.MenuHelpIds[23], 26);
-}
-
-TEST_F(MenuViewTest, ViewMenuOpensItAndTheMainMenuClosesIt) {
-  LoadSetup("");
-  MainMenu& menu = frmMMenu();
-  menu.Show();
-  menu.mnuMenu.SetEnabled(true);
-  menu.mnuView.SetEnabled(true);
-  menu.mnuMenu.UserClick();
-  DpmMenu* view = Forms().FindLoaded<DpmMenu>();
-  ASSERT_NE(view, nullptr);
-  EXPECT_TRUE(view->IsActive());
-  EXPECT_TRUE(menu.Visible()) << "the main menu stays up";
-  EXPECT_EQ(g.MenuViewUp, 1);
-
-  view->CmdPrinter.UserClick();
+// Printing goes to the platform's printer; each opening is built from the image of the moment.
+TEST_F(MenuViewTest, PrintsAndIsBuiltAfreshEachTime) {
+  Open("").CmdPrinter.UserClick();
   EXPECT_EQ(dialogs.printedForms, std::vector<std::string>{"frmDPMMenu"});
-
-  view->cmdMainMenu.UserClick();
-  EXPECT_EQ(Forms().FindLoaded<DpmMenu>(), nullptr);
-  EXPECT_TRUE(menu.IsActive());
+  frmDPMMenu().cmdMainMenu.UserClick();
+  EXPECT_FALSE(Forms().IsLoaded("frmDPMMenu"));
   EXPECT_EQ(g.MenuViewUp, 0);
-
-  // Each view is built from the image of that moment.
-  LoadSetup("55=40");
-  menu.mnuMenu.UserClick();
-  EXPECT_EQ(frmDPMMenu().lblSigCond.Caption(), " Temperature Signal Conditioner");
+  EXPECT_EQ(Open("55=40").lblSigCond.Caption(), " Temperature Signal Conditioner");
+  EXPECT_EQ(g.MenuViewUp, 1);
 }
 
 }  // namespace

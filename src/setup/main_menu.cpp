@@ -5,6 +5,7 @@
 #include "link/globals.h"
 #include "link/transport.h"
 #include "pages/setup_page1.h"
+#include "panelmenu/menu_view.h"
 #include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
@@ -191,9 +192,12 @@ void MainMenu::mnuSetup_Click() {
   DefaultPointer();
 }
 
+// The menu view opens beside the main menu, built afresh from the image in hand; the main
+// menu stays up and unloads it on its next activation.
+void MainMenu::mnuMenu_Click() { frmDPMMenu().Show(); }
+
 // The screens behind these items are not part of the program yet; the items stay in the
 // menu and do nothing.
-void MainMenu::mnuMenu_Click() {}
 void MainMenu::mnuCmdsGo_Click() {}
 void MainMenu::mnuList_Click() {}
 void MainMenu::mnuPlot_Click() {}

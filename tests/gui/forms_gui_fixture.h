@@ -102,6 +102,8 @@ class GuiFormsTest : public ::testing::Test {
         return "QPushButton";
       case ControlKind::ProgressBar:
         return "QProgressBar";
+      case ControlKind::Grid:
+        return "QTableWidget";
       default:
         return "?";
     }

@@ -15,6 +15,7 @@
 #include "platform/forms/picture.h"
 #include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_units.h"
+#include "platform/qt/seven_segment.h"
 
 namespace dpm::qt {
 namespace {
@@ -31,6 +32,11 @@ class GridBinding : public WidgetBinding {
     connect(&table, &QTableWidget::cellClicked, this, [this](int row, int col) {
       FromUser([row, col](Control& c) { static_cast<Grid&>(c).UserClickCell(row, col); });
     });
+    // A layout asks for the meter's display face with the property "sevenSegment".
+    if (table.property("sevenSegment").toBool()) {
+      segments_ = new SevenSegmentDelegate(&table);
+      table.setItemDelegate(segments_);
+    }
   }
 
  protected:
@@ -54,6 +60,7 @@ class GridBinding : public WidgetBinding {
 
  private:
   void Rebuild(const Grid& grid) {
+    if (segments_ != nullptr) segments_->SetFixed(grid.FixedRows(), grid.FixedCols());
     table_.setRowCount(grid.Rows());
     table_.setColumnCount(grid.Cols());
     for (int c = 0; c < grid.Cols(); ++c) {
@@ -80,6 +87,7 @@ class GridBinding : public WidgetBinding {
   }
 
   QTableWidget& table_;
+  SevenSegmentDelegate* segments_ = nullptr;  // owned by the table
 };
 
 // Picture.

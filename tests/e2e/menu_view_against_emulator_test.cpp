@@ -1,3 +1,4 @@
+#include <QLabel>
 #include <QTableWidget>
 
 #include <string>

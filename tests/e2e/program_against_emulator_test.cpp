@@ -43,11 +43,14 @@ TEST_F(ProgramAgainstEmulator, GetSaveOpenPutAndExit) {
   std::string edited = g.SetupImage;
   edited.replace(114, 6, "000457");
   const fs::path changed = folder / "changed.DPM";
-  std::ofstream(changed, std::ios::binary) << edited << "\r\n1\r\n";
+  std::ofstream(changed, std::ios::binary) << edited << "\r\n1";
   dialogs.ChooseFile(changed.string());
   Pick("mnuOpen");
   EXPECT_EQ(g.SetupImage.substr(114, 6), "000457");
   EXPECT_EQ(fs::current_path(), folder) << "the program's folder is the working directory again";
+  dialogs.Answer(MessageAnswer::Ok);
+  Pick("mnuSave");
+  EXPECT_EQ(FileText(changed), edited + "\r\n1\r\n") << "Save writes to the file last opened";
 
   Pick("mnuPut");
   EXPECT_EQ(StatusLine(), "Putting data to the DPM.  Data Transferred O.K.");

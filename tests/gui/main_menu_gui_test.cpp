@@ -124,25 +124,6 @@ TEST_F(MainMenuWindow, StatusLineShowsEachOfItsTextsWholeAndReadable) {
   }
 }
 
-TEST_F(MainMenuWindow, MenuHelpPrintsItsPageAndOkClearsIt) {
-  Start(0);
-  auto* help = Find<QPushButton>(window, "cmdMenuHelp");
-  auto* ok = Find<QPushButton>(window, "cmdOK");
-  auto* page = Find<QLabel>(window, "picInitText");
-  const QImage blank = page->pixmap().toImage();
-
-  QTest::mouseClick(help, Qt::LeftButton);
-  EXPECT_FALSE(help->isVisible());
-  EXPECT_TRUE(ok->isVisible());
-  EXPECT_TRUE(ok->hasFocus());
-  EXPECT_NE(page->pixmap().toImage(), blank);
-
-  QTest::mouseClick(ok, Qt::LeftButton);
-  EXPECT_TRUE(help->isVisible());
-  EXPECT_FALSE(ok->isVisible());
-  EXPECT_EQ(page->pixmap().toImage(), blank);
-}
-
 TEST_F(MainMenuWindow, AltFOpensFileAndXExits) {
   Start(1);
   QTest::keyClick(window, Qt::Key_F, Qt::AltModifier);
@@ -154,17 +135,6 @@ TEST_F(MainMenuWindow, AltFOpensFileAndXExits) {
   QTest::keyClick(file, Qt::Key_X);
   EXPECT_EQ(endings, 1);
   EXPECT_GE(time.Elapsed(), 200u);  // the line was let go before the end
-}
-
-TEST_F(MainMenuWindow, F1ReachesTheFormsKeyHandler) {
-  MainMenu& menu = Start(0);
-  std::vector<int> keys;
-  menu.on.KeyDown = [&](int& code, int shift) {
-    keys.push_back(code);
-    menu.Form_KeyDown(code, shift);
-  };
-  QTest::keyClick(window->focusWidget() != nullptr ? window->focusWidget() : window, Qt::Key_F1);
-  EXPECT_EQ(keys, std::vector<int>{kKeyF1});
 }
 
 TEST_F(MainMenuWindow, PrintingWithoutAPrinterWritesAPdfIntoTheProgramsFolder) {

@@ -1,13 +1,9 @@
-#include <QComboBox>
 #include <QLineEdit>
-#include <QMenu>
-#include <QRadioButton>
 
 #include "forms_gui_fixture.h"
 #include "link/image_access.h"
 #include "pages/setup_page1.h"
 #include "panelmenu/value_entry.h"
-#include "setup/main_menu.h"
 #include "setup/setup_files.h"
 
 namespace dpm::testing {
@@ -62,33 +58,6 @@ TEST_F(SetupPage1Window, TypingDigitsAndEnterChangesTheImageAndTheBox) {
   EXPECT_EQ(scale->text(), " +02. 500");
   EXPECT_EQ(scale->palette().color(QPalette::Base), QColor(Qt::white));
   EXPECT_EQ(page.txtScale.Text(), " +02. 500");
-}
-
-TEST_F(SetupPage1Window, TheViewMenuOpensThePageAsTheImageHasIt) {
-  MainMenu& menu = frmMMenu();
-  QWidget* main = ShowActive(menu);
-  auto* view = Find<QMenu>(main, "mnuView");
-  EXPECT_FALSE(view->isEnabled());
-  menu.mnuDefaultSet.UserClick();
-  EXPECT_TRUE(view->isEnabled()) << "the menu itself opens, not only its heading";
-  Find<QAction>(main, "mnuSetup")->trigger();
-  QWidget* window = qt::WindowOf(frmSetup1());
-  ASSERT_NE(window, nullptr);
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-  EXPECT_FALSE(main->isVisible());
-  EXPECT_EQ(Find<QComboBox>(window, "cboMode")->currentText(), "DC V");
-  EXPECT_EQ(Find<QLineEdit>(window, "txtScale")->text(), " +00001.");
-  EXPECT_TRUE(Find<QLineEdit>(window, "txtScale")->isReadOnly()) << "value boxes take no typing";
-  EXPECT_TRUE(Find<QRadioButton>(window, "optExtend")->isChecked());
-  EXPECT_FALSE(frmSetup1().optBasic.HasFocus()) << "the page does not open on an option that acts on the focus";
-  EXPECT_EQ(g.MeterKind, "1");
-
-  // The user picks Load Cell: the whole page follows.
-  auto* conditioner = Find<QComboBox>(window, "cboSCOpt");
-  conditioner->setCurrentIndex(3);
-  emit conditioner->activated(3);
-  EXPECT_EQ(g.SetupImage.substr(54, 2), "C0");
-  EXPECT_EQ(Find<QComboBox>(window, "cboMode")->currentText(), "Strain");
 }
 
 }  // namespace

@@ -2,7 +2,10 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
+#include <QRadioButton>
 
 #include "forms_gui_fixture.h"
 #include "pages/setup_page1.h"
@@ -48,11 +51,19 @@ TEST_F(SetupPagesWindows, EveryControlOfPagesTwoAndThreeHasItsWidget) {
 TEST_F(SetupPagesWindows, PagesOneTwoThreeTwoAndTheMainMenu) {
   MainMenu& menu = frmMMenu();
   QWidget* main = ShowActive(menu);
+  auto* view = Find<QMenu>(main, "mnuView");
+  EXPECT_FALSE(view->isEnabled());
   menu.mnuDefaultSet.UserClick();
+  EXPECT_TRUE(view->isEnabled()) << "the menu itself opens, not only its heading";
   Find<QAction>(main, "mnuSetup")->trigger();
   QWidget* page1 = qt::WindowOf(frmSetup1());
   ASSERT_NE(page1, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowActive(page1));
+  EXPECT_FALSE(main->isVisible());
+  EXPECT_EQ(Find<QComboBox>(page1, "cboMode")->currentText(), "DC V");
+  EXPECT_TRUE(Find<QLineEdit>(page1, "txtScale")->isReadOnly()) << "value boxes take no typing";
+  EXPECT_TRUE(Find<QRadioButton>(page1, "optExtend")->isChecked());
+  EXPECT_FALSE(frmSetup1().optBasic.HasFocus()) << "the page does not open on an option that acts on the focus";
 
   QWidget* page2 = ClickThrough(page1, "cmdNextPage", frmSetup2());
   ASSERT_NE(page2, nullptr);

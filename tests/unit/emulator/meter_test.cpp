@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "emulator/data_sheet.h"
 #include "setup/default_image.h"
 
 namespace dpm::emulator {
@@ -22,31 +21,6 @@ std::string Reply(Meter& meter, const std::string& line) {
   const Meter::Answer answer = meter.Execute(line);
   EXPECT_EQ(answer.status, Status::Done) << line;
   return answer.reply;
-}
-
-TEST(MeterTest, WritesGoDownwardFromTheAddressAndReadsComeBackInTheSameOrder) {
-  Meter meter;
-  EXPECT_EQ(Reply(meter, "*1W31D111122223333"), "");
-  EXPECT_EQ(meter.Memory().Word(0x1D), 0x1111);
-  EXPECT_EQ(meter.Memory().Word(0x1C), 0x2222);
-  EXPECT_EQ(meter.Memory().Word(0x1B), 0x3333);
-  EXPECT_EQ(Reply(meter, "*1X31D"), "111122223333\r");
-  EXPECT_EQ(Reply(meter, "*1X21C"), "22223333\r");
-  EXPECT_EQ(meter.Image().substr(0, 12), "111122223333");
-}
-
-TEST(MeterTest, TheSetupBlocksOfTheProgramMatchTheImage) {
-  const std::string image = DefaultSetupImage(9);
-  Meter meter({}, image);
-  struct Case {
-    std::string body;
-    std::string digits;
-  };
-  for (const Case& c :
-       {Case{"XU1D", image.substr(0, 120)}, Case{"X26D", image.substr(120, 8)}, Case{"X136", image.substr(128, 4)},
-        Case{"XA18", image.substr(20, 40)}, Case{"XF0E", image.substr(60, 60)}}) {
-    EXPECT_EQ(Reply(meter, "*1" + c.body), c.digits + "\r") << c.body;
-  }
 }
 
 TEST(MeterTest, CountCharactersAndTheSuffixZ) {
@@ -155,16 +129,6 @@ TEST(MeterTest, OptionRegisterAndDataSheetStatus) {
     Meter meter(With(Conditioner::LoadCell, c.hardware, c.present));
     EXPECT_EQ(Reply(meter, "*1R17F"), c.status + "\r");
   }
-}
-
-TEST(MeterTest, DataSheetIsReadFromWordA0Down) {
-  Meter meter(With(Conditioner::LoadCell, true, true));
-  EXPECT_EQ(Reply(meter, "*1XTA0"), SampleDataSheet() + "\r");
-  const std::string own = std::string(112, '0') + "ABCD";
-  meter.SetDataSheet(own);
-  EXPECT_EQ(Reply(meter, "*1XTA0"), own + "\r");
-  Meter withoutSheet;
-  EXPECT_EQ(Reply(withoutSheet, "*1XTA0"), std::string(116, '0') + "\r") << "no data sheet";
 }
 
 TEST(MeterTest, ReadingsPeakAndOperatingCommands) {

@@ -56,6 +56,20 @@ class PagesTest : public Page1Test {
     return names;
   }
 
+  // What a control shows: a list's entry, a box's text, a check box's tick, a caption.
+  static std::string Shown(const Control& c) {
+    switch (c.Kind()) {
+      case ControlKind::ComboBox:
+        return static_cast<const ComboBox&>(c).Text();
+      case ControlKind::TextBox:
+        return static_cast<const TextBox&>(c).Text();
+      case ControlKind::CheckBox:
+        return static_cast<const CheckBox&>(c).Value() == kChecked ? "ticked" : "clear";
+      default:
+        return static_cast<const CaptionedControl&>(c).Caption();
+    }
+  }
+
   fake::FakeSerialLine line;
 };
 

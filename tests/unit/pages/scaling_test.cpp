@@ -3,8 +3,6 @@
 #include <functional>
 
 #include "page1_fixture.h"
-#include "setup/main_menu.h"
-#include "temp_folder.h"
 
 namespace dpm::testing {
 namespace {
@@ -16,38 +14,6 @@ void SetMethodBits(int readingCoord, int inputCoord) {
 }
 
 std::pair<int, int> MethodBits() { return {ReadField(3, 3, 33), ReadField(3, 3, 53)}; }
-
-// A whole session through the main menu: the default setup, page 1, a new conditioner,
-// mode and range, a scale factor with its point moved, and the setup saved. The file
-// differs from the default in exactly those fields.
-TEST_F(Page1Test, EditedSetupIsSavedWithExactlyTheChanges) {
-  MainMenu& menu = frmMMenu();
-  menu.Show();
-  menu.mnuDefaultSet.UserClick();
-  const std::string defaultImage = g.SetupImage;
-  menu.mnuSetup.UserClick();
-  SetupPage1& page = frmSetup1();
-  ASSERT_TRUE(page.IsActive());
-
-  page.cboSCOpt.UserSelect(3);  // Load Cell
-  page.cboMode.UserSelect(1);   // DC mV
-  page.cboFunc.UserSelect(2);   // 100 mV
-  page.txtScale.UserClick();
-  Type("+0.2500\r");
-  EXPECT_EQ(page.txtScale.Text(), " +02. 500");
-  page.cmdMMenu.UserClick();
-  ASSERT_TRUE(menu.IsActive());
-
-  TempFolder folder;
-  dialogs.ChooseFile((folder / "session.DPM").string());
-  menu.mnuSaveAs.UserClick();
-
-  std::string expected = defaultImage;
-  expected.replace(34, 2, "03");       // SigCondCode: Load Cell
-  expected.replace(54, 2, "D2");       // DC mV, range 2
-  expected.replace(102, 6, "4009C4");  // Scale 2.500
-  EXPECT_EQ(FileText(folder / "session.DPM"), expected + "\r\n1\r\n");
-}
 
 TEST_F(Page1Test, MethodBitsDecideOptionAndBoxes) {
   struct Case {

@@ -102,9 +102,7 @@ TEST_F(GetSetupTest, LoadCellMeter) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    time.Run(10000 - time.Elapsed() % 10000);
-    line.ClearTranscript();
-    const uint32_t start = time.Elapsed();
+    const uint32_t start = StartAfresh();
     g.TedsHardware = 1;
     g.TedsPresent = 1;
     ScriptMeter(kLoadCellBlock);
@@ -169,9 +167,7 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.revisionBefore);
-    time.Run(10000 - time.Elapsed() % 10000);
-    line.ClearTranscript();
-    const uint32_t start = time.Elapsed();
+    const uint32_t start = StartAfresh();
     g.FirmwareRev = c.revisionBefore;
     ScriptMeter(kDcBlock, c.meterRevision, c.z);
     GetSetup(menu.screen);

@@ -1,5 +1,4 @@
 #include "setup/image_map.h"
-#include "setup/image_positions.h"
 
 #include <gtest/gtest.h>
 
@@ -38,49 +37,6 @@ TEST(ImageMap, EveryBitOfTheImageIsMappedExactlyOnce) {
   }
   for (std::size_t i = 0; i < owners.size(); ++i)
     EXPECT_EQ(owners[i], 1) << "digit " << i / 8 * 2 + 1 << " bit " << i % 8;
-}
-
-// The hand-kept positions and the map's table must agree, field by field.
-TEST(ImageMap, NamedPositionsAgreeWithTheMap) {
-  struct Case {
-    const char* field;
-    int position;
-  };
-  const Case cases[] = {
-      {"CustomCurveRd0", kCustomCurveRd0},
-      {"Deviation2", kDeviation2},
-      {"Deviation1", kDeviation1},
-      {"Rate", kConfigLow},
-      {"SigCondCode", kSigCondCode},
-      {"AnalogCircuit", kAnalogFlags},
-      {"DecimalPoint", kDecimalPoint},
-      {"LockoutsA", kLockoutsA},
-      {"LockoutsB", kLockoutsB},
-      {"Address", kSerialA},
-      {"BaudRate", kSerialB},
-      {"RelayOptionBit", kOptionByte},
-      {"TimeConstant", kFilterByte},
-      {"Resolution", kDisplayByte},
-      {"Range", kModeRangeByte},
-      {"DevStatus", kAlarmByteA},
-      {"AlarmState1", kAlarmByteB},
-      {"AnalogHigh", kAnalogHigh},
-      {"AnalogLow", kAnalogLow},
-      {"HighRead", kHighRead},
-      {"HighIn", kHighIn},
-      {"LowRead", kLowRead},
-      {"LowIn", kLowIn},
-      {"Offset", kOffset},
-      {"Scale", kScale},
-      {"Setpoint2", kSetpoint2},
-      {"Setpoint1", kSetpoint1},
-      {"FirmwareRev", kFirmwareRev},
-      {"GetMarker", kGetMarker},
-      {"StopChar", kStopChar},
-      {"StartChar", kStartChar},
-      {"AutoTare", kTedsTareByte},
-  };
-  for (const auto& c : cases) EXPECT_EQ(FindField(c.field).position, c.position) << c.field;
 }
 
 TEST(ImageMap, DefaultSetupDigitForDigit) {

@@ -65,9 +65,7 @@ TEST_F(PutSetupTest, SmallBlocksEitherSideOfRevisionNine) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.revision);
-    time.Run(10000 - time.Elapsed() % 10000);
-    const uint32_t start = time.Elapsed();
-    line.ClearTranscript();
+    const uint32_t start = StartAfresh();
     g.FirmwareRev = c.revision;
     ReplaceImageDigits(121, c.revision == 8 ? "08" : "09");
     meter.Answer("*1G12D", "60");

@@ -84,6 +84,14 @@ class TransferTest : public LinkTest {
 
   Commands Sent() const { return line.SentCommands(); }
 
+  // The next case of a table starts on a round ten seconds with an empty transcript;
+  // returns that start.
+  uint32_t StartAfresh() {
+    time.Run(10000 - time.Elapsed() % 10000);
+    line.ClearTranscript();
+    return time.Elapsed();
+  }
+
   // The status line as a user sees it.
   std::string Status() const { return menu.lblGPText.Visible() ? menu.lblGPText.Caption() : "(hidden)"; }
 

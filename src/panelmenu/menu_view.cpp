@@ -1,9 +1,11 @@
 #include "panelmenu/menu_view.h"
 
+#include <optional>
 #include <string>
 
 #include "help/app_help.h"
 #include "link/globals.h"
+#include "pages/setup_page3.h"
 #include "platform/dialogs.h"
 #include "platform/faults.h"
 #include "platform/forms/form_manager.h"
@@ -26,6 +28,9 @@ constexpr int16_t kMainKeyClickHelp = 2150;   // plus the key's help number
 constexpr int16_t kSetupKeyLaterFirmwareHelp = 2189;
 constexpr int16_t kCustomCurveZeroHelp = 2175;
 constexpr int16_t kAlarmKeyHelp = 2172;  // plus the row
+// The lockout boxes of setup page 3 that lock the scaling keys.
+constexpr int kScaleLockBox = 3;   // "Scale, Lo/Hi In"
+constexpr int kOffsetLockBox = 4;  // "Offset, Lo/Hi Rd"
 
 // Where the help window stands, in twips from the left of the screen, so that it leaves
 // the keys in sight.
@@ -73,9 +78,21 @@ void DpmMenu::ShapeKeyGrid(Grid& grid, const char* header) {
   }
 }
 
+namespace {
+
+// The scaling keys take their lock mark from setup page 3's boxes when that page is
+// loaded, since the user may have ticked them there without a Put; else from the image.
+std::optional<PageLockBoxes> LockBoxesOfPage3() {
+  SetupPage3* page = Forms().FindLoaded<SetupPage3>();
+  if (page == nullptr) return std::nullopt;
+  return PageLockBoxes{page->chkLock[kScaleLockBox].Value() == 1, page->chkLock[kOffsetLockBox].Value() == 1};
+}
+
+}  // namespace
+
 void DpmMenu::Form_Load() {
   g.MenuViewUp = 1;
-  const PanelMenu menu = BuildPanelMenu();
+  const PanelMenu menu = BuildPanelMenu(LockBoxesOfPage3());
   CustomCurveOn = menu.customCurveOn;
   Label1.SetVisible(menu.readOnlyNote);
   if (!menu.conditionerText.empty()) lblSigCond.SetCaption(menu.conditionerText);

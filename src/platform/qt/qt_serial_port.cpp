@@ -284,4 +284,20 @@ void QtSerialPort::Output(const std::string& bytes) {
   ThrowOnDeviceError("Output");
 }
 
+void QtSerialPort::SetDataReadyHandler(std::function<void()> handler) {
+  dataReady_ = std::move(handler);
+  if (dataReady_ && !dataReadyConnection_) {
+    dataReadyConnection_ = QObject::connect(
+        &port_, &QSerialPort::readyRead, &port_,
+        [this] {
+          // A copy: the handler may replace itself.
+          if (const std::function<void()> handler = dataReady_) handler();
+        },
+        Qt::QueuedConnection);
+  } else if (!dataReady_ && dataReadyConnection_) {
+    QObject::disconnect(dataReadyConnection_);
+    dataReadyConnection_ = {};
+  }
+}
+
 }  // namespace dpm::qt

@@ -251,7 +251,12 @@ void QtSerialPort::PollDevice(const char* operation) {
   RequireOpen(operation);
   ThrowOnDeviceError(operation);
   port_.flush();
-  for (int round = 0; round < kMaxPollRounds && port_.waitForReadyRead(0); ++round) {
+  // With a data-ready handler the event loop's notifier reads the device; a read of our
+  // own could take the bytes from under the notifier, whose empty read the port then
+  // reports as an error.
+  if (!dataReady_) {
+    for (int round = 0; round < kMaxPollRounds && port_.waitForReadyRead(0); ++round) {
+    }
   }
   ThrowOnDeviceError(operation);
 }

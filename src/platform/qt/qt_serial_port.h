@@ -67,8 +67,8 @@ class QtSerialPort : public SerialPort {
   int OutBufferCount() override;
   std::string Input() override;
   void Output(const std::string& bytes) override;
-  // On the port's readyRead, queued: a poll inside InBufferCount or Input that finds new
-  // bytes calls the handler once the call has returned, from the event loop.
+  // On the port's readyRead, queued, so that the handler runs from the event loop. While a
+  // handler is set, InBufferCount and Input leave reading the device to the event loop.
   void SetDataReadyHandler(std::function<void()> handler) override;
 
  private:

@@ -94,6 +94,7 @@ ListReadings::ListReadings() : Form(kName, kTitle) {
   cmdPrint.on.Click = [this] { cmdPrint_Click(); };
   cmdSave.on.Click = [this] { cmdSave_Click(); };
   grdList.on.Click = [this] { grdList_Click(); };
+  tmrShow.on.Timer = [this] { tmrShow_Timer(); };
 }
 
 ListReadings::~ListReadings() = default;
@@ -159,6 +160,7 @@ void ListReadings::cmdEnd_Click() {
 }
 
 void ListReadings::cmdPrint_Click() {
+  tmrShow_Timer();
   if (Dialogs* dialogs = Platform().dialogs) dialogs->PrintForm(*this);
 }
 
@@ -203,7 +205,14 @@ void ListReadings::OnRecord(std::string_view record) {
   } else {
     text.pop_back();
   }
-  ListAddCell(text);
+  unshown_.push_back(std::move(text));
+  if (!tmrShow.Enabled()) tmrShow.SetEnabled(true);
+}
+
+void ListReadings::tmrShow_Timer() {
+  tmrShow.SetEnabled(false);
+  for (const std::string& text : unshown_) ListAddCell(text);
+  unshown_.clear();
 }
 
 void ListReadings::Keep(std::string_view text) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/forms/controls.h"
 #include "platform/forms/form.h"
@@ -23,6 +24,10 @@ namespace dpm {
 inline constexpr int kListRows = 20;
 // Readings kept for Save: the latest this many, also those the grid has overwritten.
 inline constexpr std::size_t kSavedReadingsLimit = 100'000;
+// A meter at 19200 baud sends some 240 records a second, more than an eye can follow and
+// than a screen should repaint for: the grid takes them in at most ten times a second, each
+// record in its own cell as ever.
+inline constexpr int kListShowIntervalMs = 100;
 
 // One reading as it came: when, and the record's text without its stop character.
 struct ListedReading {
@@ -49,6 +54,8 @@ class ListReadings : public Form, public RecordConsumer {
   CommandButton cmdSave{*this, "cmdSave", "Save..."};
   // Never shown: measures the measuring record's text in the screen's font.
   PictureBox picMeasure{*this, "picMeasure"};
+  // Brings the grid up to date with the records that came since its last tick.
+  Timer tmrShow{*this, "tmrShow", kListShowIntervalMs, false};
 
   // The next cell, and the number of columns the measuring record left room for.
   int16_t ListRow = 0;
@@ -63,6 +70,7 @@ class ListReadings : public Form, public RecordConsumer {
   void cmdPrint_Click();
   void cmdSave_Click();
   void grdList_Click();
+  void tmrShow_Timer();
 
   // Writes the text into the next cell and blanks the one after it.
   void ListAddCell(const std::string& text);
@@ -81,6 +89,7 @@ class ListReadings : public Form, public RecordConsumer {
 
   std::unique_ptr<Capture> capture_;
   std::deque<ListedReading> saved_;
+  std::vector<std::string> unshown_;
   bool started_ = false;
   bool ending_ = false;
 };

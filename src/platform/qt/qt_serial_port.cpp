@@ -250,13 +250,12 @@ void QtSerialPort::ThrowOnDeviceError(const char* operation) {
 void QtSerialPort::PollDevice(const char* operation) {
   RequireOpen(operation);
   ThrowOnDeviceError(operation);
+  // With a data-ready handler the event loop's notifiers read and write the device; a read
+  // of our own could take the bytes from under the read notifier, whose empty read the port
+  // then reports as an error.
+  if (dataReady_) return;
   port_.flush();
-  // With a data-ready handler the event loop's notifier reads the device; a read of our
-  // own could take the bytes from under the notifier, whose empty read the port then
-  // reports as an error.
-  if (!dataReady_) {
-    for (int round = 0; round < kMaxPollRounds && port_.waitForReadyRead(0); ++round) {
-    }
+  for (int round = 0; round < kMaxPollRounds && port_.waitForReadyRead(0); ++round) {
   }
   ThrowOnDeviceError(operation);
 }
@@ -292,13 +291,10 @@ void QtSerialPort::Output(const std::string& bytes) {
 void QtSerialPort::SetDataReadyHandler(std::function<void()> handler) {
   dataReady_ = std::move(handler);
   if (dataReady_ && !dataReadyConnection_) {
-    dataReadyConnection_ = QObject::connect(
-        &port_, &QSerialPort::readyRead, &port_,
-        [this] {
-          // A copy: the handler may replace itself.
-          if (const std::function<void()> handler = dataReady_) handler();
-        },
-        Qt::QueuedConnection);
+    dataReadyConnection_ = QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] {
+      // A copy: the handler may replace itself.
+      if (const std::function<void()> handler = dataReady_) handler();
+    });
   } else if (!dataReady_ && dataReadyConnection_) {
     QObject::disconnect(dataReadyConnection_);
     dataReadyConnection_ = {};

@@ -67,8 +67,9 @@ class QtSerialPort : public SerialPort {
   int OutBufferCount() override;
   std::string Input() override;
   void Output(const std::string& bytes) override;
-  // On the port's readyRead, queued, so that the handler runs from the event loop. While a
-  // handler is set, InBufferCount and Input leave reading the device to the event loop.
+  // On the port's readyRead. While a handler is set, InBufferCount and Input leave reading
+  // the device to the event loop's read notifier, so readyRead, and the handler, come only
+  // from the event loop.
   void SetDataReadyHandler(std::function<void()> handler) override;
 
  private:

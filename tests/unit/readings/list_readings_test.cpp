@@ -30,6 +30,7 @@ class ListReadingsTest : public FormsTest {
     LoadSetup("");
     ResetReadings();
     line.SetPortOpen(true);
+    time.AddTicker([](uint32_t) { Forms().ServeTimers(); });
     frmMMenu().Show();
   }
 
@@ -41,12 +42,12 @@ class ListReadingsTest : public FormsTest {
     list.grdList.Move(0, 0, 3200, 6000);
     return list;
   }
-  // The meter's records, each in a piece of its own, a few milliseconds apart.
+  // The meter's records, each in a piece of its own, each shown before the next comes.
   void Send(const std::string& records, char stop = '\r') {
     std::size_t begin = 0;
     for (std::size_t end; (end = records.find(stop, begin)) != std::string::npos; begin = end + 1) {
       line.Arrive(records.substr(begin, end + 1 - begin));
-      time.Run(5);
+      time.Run(kListShowIntervalMs);
     }
   }
   std::vector<std::string> Commands() const {

@@ -184,7 +184,7 @@ uint64_t MeterPort::RecordIntervalUs() const {
 
 void MeterPort::SendRecord(uint64_t atUs) {
   const std::string record = meter_.NextRecord();
-  const uint64_t through = Send(record, atUs);
+  const uint64_t through = Send(record, atUs, true);
   if (options_.logRecords && !options_.silent) Log("-> " + Printable(record) + "   (record)");
   const uint64_t interval = RecordIntervalUs();
   nextRecordUs_ = std::max({atUs + interval, through, atUs + kShortestRecordGapUs});
@@ -201,10 +201,11 @@ void MeterPort::SendBabble(uint64_t atUs) {
   nextBabbleUs_ = atUs + kBabblePeriodUs;
 }
 
-uint64_t MeterPort::Send(const std::string& text, uint64_t startUs) {
+uint64_t MeterPort::Send(const std::string& text, uint64_t startUs, bool whole) {
   const uint64_t begin = std::max(startUs, meterLineFreeUs_);
   if (!options_.silent) {
-    for (std::size_t k = 0; k < text.size(); ++k) outgoing_.push_back({begin + CharactersTimeUs(k + 1), text[k]});
+    for (std::size_t k = 0; k < text.size(); ++k)
+      outgoing_.push_back({begin + CharactersTimeUs(whole ? text.size() : k + 1), text[k]});
   }
   meterLineFreeUs_ = begin + CharactersTimeUs(text.size());
   return meterLineFreeUs_;

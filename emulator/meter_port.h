@@ -12,8 +12,9 @@
 
 // The meter's end of the serial line, in time: bytes from the host reach the meter one
 // character time apart, a command is carried out when its CR is in, and everything the
-// meter says (echo, reply, records of the continuous output, garbage) leaves it one
-// character time apart, so the host sees it arrive as on a real line. Times are in
+// meter says (echo, reply, garbage) leaves it one character time apart, so the host sees
+// it arrive as on a real line. A record of the continuous output arrives whole, once its
+// last character is through. Times are in
 // microseconds on any clock that only moves forward.
 namespace dpm::emulator {
 
@@ -69,7 +70,9 @@ class MeterPort {
   void SendRecord(uint64_t atUs);
   void SendBabble(uint64_t atUs);
   // Queues the text to leave the meter no earlier than `startUs`; returns when it is through.
-  uint64_t Send(const std::string& text, uint64_t startUs);
+  // A whole text reaches the host at once, when its last character is through, as a
+  // record leaves a UART's buffer; otherwise each character comes in its own time.
+  uint64_t Send(const std::string& text, uint64_t startUs, bool whole = false);
   void Log(const std::string& line) const;
 
   Meter& meter_;

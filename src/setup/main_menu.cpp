@@ -9,6 +9,7 @@
 #include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
+#include "readings/commands.h"
 #include "teds/teds.h"
 
 namespace dpm {
@@ -196,9 +197,15 @@ void MainMenu::mnuSetup_Click() {
 // menu stays up and unloads it on its next activation.
 void MainMenu::mnuMenu_Click() { frmDPMMenu().Show(); }
 
+void MainMenu::mnuCmdsGo_Click() {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmCmds().Show();
+  Hide();
+  DefaultPointer();
+}
+
 // The screens behind these items are not part of the program yet; the items stay in the
 // menu and do nothing.
-void MainMenu::mnuCmdsGo_Click() {}
 void MainMenu::mnuList_Click() {}
 void MainMenu::mnuPlot_Click() {}
 void MainMenu::mnuGraph_Click() {}

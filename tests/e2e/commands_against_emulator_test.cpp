@@ -11,12 +11,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The program's folder holds the pictures that the build drew; this one gets copies.
+// The program's folder holds the pictures that the build drew; this one gets copies. The
+// scripted dialogs stand in for the lookup by name; the windows paint the files themselves.
 class CommandsAgainstEmulator : public ProgramAgainstEmulatorTest {
  protected:
   CommandsAgainstEmulator() {
-    for (const char* picture : {"LRCurr.BMP", "RLCurr.BMP", "Blank.BMP", "Computer.BMP", "Meter.BMP"})
+    for (const char* picture : {"LRCurr.BMP", "RLCurr.BMP", "Blank.BMP", "Computer.BMP", "Meter.BMP"}) {
       fs::copy_file(fs::path(DPM_PROGRAM_FOLDER) / picture, folder / picture);
+      dialogs.AddPicture(picture);
+    }
   }
 };
 

@@ -9,6 +9,7 @@
 #include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
+#include "readings/commands.h"
 #include "readings/list_readings.h"
 #include "teds/teds.h"
 
@@ -206,9 +207,15 @@ void MainMenu::mnuList_Click() {
   DefaultPointer();
 }
 
+void MainMenu::mnuCmdsGo_Click() {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmCmds().Show();
+  Hide();
+  DefaultPointer();
+}
+
 // The screens behind these items are not part of the program yet; the items stay in the
 // menu and do nothing.
-void MainMenu::mnuCmdsGo_Click() {}
 void MainMenu::mnuPlot_Click() {}
 void MainMenu::mnuGraph_Click() {}
 void MainMenu::mnuDC_Click() {}

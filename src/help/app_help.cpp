@@ -29,6 +29,9 @@ AppHelp::AppHelp() : Form(kName, kCaption) {
 }
 
 void AppHelp::ShowContext() {
+  // A row of the menu view without a key has no item of its own (record 0, which no help
+  // file holds): the window stays as it is, and the click that follows brings its item.
+  if (g.HelpContext % 100 == 0) return;
   if (IsActive()) {
     ShowItemOfContext();
   } else {

@@ -28,7 +28,8 @@ class AppHelp : public Form {
   CommandButton cmdOK{*this, "cmdOK", "OK"};
 
   // Shows the window on the item of g.HelpContext without waiting for it, also when it is
-  // up already: the front-panel menu view keeps it beside its keys.
+  // up already: the front-panel menu view keeps it beside its keys. A context of record 0,
+  // a row without a key, leaves the window as it is.
   void ShowContext();
 
   void Form_Activate();

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <set>
 #include <string>
@@ -47,8 +45,10 @@ const std::map<int, std::string> kJumperDiagrams = {
 class HelpCoverageTest : public HelpTest {
  protected:
   // Records the context the last action stored, with the names of its field.
+  // A number ending in 00 (the selection of a menu row without a key) has no item and asks
+  // for none.
   void Store(std::set<std::string> names) {
-    if (g.HelpContext != 0) stored[g.HelpContext].push_back(std::move(names));
+    if (g.HelpContext % 100 != 0) stored[g.HelpContext].push_back(std::move(names));
     g.HelpContext = 0;
   }
 
@@ -153,16 +153,6 @@ TEST_F(HelpCoverageTest, EveryContextAScreenStoresHasAnItemThatNamesItsField) {
   }
   for (const auto& [context, name] : kJumperDiagrams) stored[context].push_back({name});
 
-  if (std::getenv("DPM_DUMP_HELP")) {
-    for (const auto& [context, names] : stored) {
-      std::printf("%d:", context);
-      std::set<std::string> all;
-      for (const auto& f : names)
-        for (const auto& n : f) all.insert(n);
-      for (const auto& n : all) std::printf(" [%s]", n.c_str());
-      std::printf("\n");
-    }
-  }
   for (const auto& [context, names] : stored) {
     SCOPED_TRACE("help context " + std::to_string(context));
     const HelpItem item = ReadHelpItem(context);

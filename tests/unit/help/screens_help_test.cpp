@@ -37,13 +37,13 @@ TEST_F(HelpTest, F1OnEachScreenShowsTheItemOfTheChosenField) {
          return frmSetup3();
        },
        1352},
-      {"main menu, View heading",
+      {"main menu, File heading",
        [&]() -> Form& {
          frmMMenu().Show();
-         frmMMenu().mnuView.UserClick();
+         frmMMenu().mnuFile.UserClick();
          return frmMMenu();
        },
-       3109},
+       3107},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -114,6 +114,9 @@ TEST_F(HelpTest, MenuViewHelpComesWithAClickAndOnlyWithAClick) {
   view.grdSetPt.UserClickCell(2, 3);
   EXPECT_TRUE(help.IsActive());
   EXPECT_EQ(help.picText.PrintedLines(), LinesOfItem(2174));
+  // A row below the keys: its selection has no item and asks for none; its click has one.
+  view.grdMain.UserClickCell(30, 3);
+  EXPECT_EQ(help.picText.PrintedLines(), LinesOfItem(2150));
   EXPECT_TRUE(dialogs.messages.empty());
 }
 

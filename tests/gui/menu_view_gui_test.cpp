@@ -48,6 +48,7 @@ class MenuViewWindow : public GuiFormsTest {
 TEST_F(MenuViewWindow, EveryControlOfBothWindowsHasItsWidget) {
   ShowActive(frmDPMMenu());
   ExpectEveryControlHasItsWidget(frmDPMMenu());
+  g.HelpContext = 2156;  // the window opens on an item
   ShowActive(frmAppHelp());
   ExpectEveryControlHasItsWidget(frmAppHelp());
 }

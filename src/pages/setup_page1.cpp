@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <vector>
 
+#include "help/app_help.h"
 #include "link/globals.h"
 #include "link/image_access.h"
 #include "pages/page_fields.h"
@@ -275,8 +276,8 @@ void SetupPage1::Form_Activate() {
 
 void SetupPage1::Form_KeyDown(int& keyCode, int /*shift*/) {
   if (keyCode != kKeyF1) return;
-  // F1 opens the help on g.HelpContext, stored by the field that has the focus, once the
-  // help screens are part of the program.
+  // The help on g.HelpContext, stored by the field that has the focus.
+  ShowAppHelp();
 }
 
 void SetupPage1::Form_Unload(int& /*cancel*/) { frmMMenu().Show(); }

@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <utility>
 
+#include "help/app_help.h"
 #include "link/globals.h"
 #include "pages/page_fields.h"
 #include "pages/setup_page1.h"
@@ -147,8 +148,8 @@ void SetupPage2::Form_Activate() {
 
 void SetupPage2::Form_KeyDown(int& keyCode, int /*shift*/) {
   if (keyCode != kKeyF1) return;
-  // F1 opens the help on g.HelpContext, stored by the field that has the focus, once the
-  // help screens are part of the program.
+  // The help on g.HelpContext, stored by the field that has the focus.
+  ShowAppHelp();
 }
 
 void SetupPage2::Form_Unload(int& /*cancel*/) { frmMMenu().Show(); }

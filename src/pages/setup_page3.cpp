@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "help/app_help.h"
 #include "link/globals.h"
 #include "link/image_access.h"
 #include "pages/page_fields.h"
@@ -27,7 +28,6 @@ constexpr int16_t kRs485 = 2;
 // Help contexts.
 constexpr int16_t kFirstLockoutHelp = 1348;  // plus the box's index
 constexpr int16_t kCharBoxHelp = 1381;
-constexpr int16_t kAsciiTableHelp = 1138;
 constexpr int16_t kLockoutJumperHelp = 1361;
 
 // The lists in the order the page fills them; the check boxes come after the output mode.
@@ -228,16 +228,18 @@ void SetupPage3::txtTranStop_Click() { CharBox_Click(txtTranStop, lblTranStop, F
 
 void SetupPage3::EndText() { cmdMMenu.SetFocus(); }
 
-// The help screens are not part of the program yet: the label stores the help item of
-// the ASCII table, which F1 will show.
-void SetupPage3::lblAscTbl_Click() { g.HelpContext = kAsciiTableHelp; }
+// The label works as a button: it opens the ASCII table at once.
+void SetupPage3::lblAscTbl_Click() {
+  g.HelpContext = kAsciiTableHelp;
+  ShowAppHelp();
+}
 
 void SetupPage3::lblLockout_Click() { g.HelpContext = kLockoutJumperHelp; }
 
 void SetupPage3::Form_KeyDown(int& keyCode, int /*shift*/) {
   if (keyCode != kKeyF1) return;
-  // F1 opens the help on g.HelpContext, stored by the field that has the focus, once the
-  // help screens are part of the program.
+  // The help on g.HelpContext, stored by the field that has the focus.
+  ShowAppHelp();
 }
 
 void SetupPage3::Form_Unload(int& /*cancel*/) { frmMMenu().Show(); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "help/app_help.h"
 #include "link/globals.h"
 #include "link/image_access.h"
 #include "platform/dialogs.h"
@@ -239,10 +240,9 @@ void ValueEntry::cmdCancel_Click() {
 
 void ValueEntry::Form_KeyDown(int& keyCode, int /*shift*/) {
   if (keyCode != kKeyF1) return;
-  // The dialog steps aside for the help on the field; the box stays marked until the
-  // user opens the dialog again. The help screen shows g.HelpContext once it is part of
-  // the program.
+  // The dialog steps aside for the help on the field; it does not come back by itself.
   Hide();
+  ShowAppHelp();
 }
 
 ValueEntry& frmEntVal() { return Forms().Use<ValueEntry>(); }

@@ -2,6 +2,8 @@
 
 #include <initializer_list>
 
+#include "help/app_help.h"
+#include "help/setup_help.h"
 #include "link/globals.h"
 #include "link/transport.h"
 #include "pages/setup_page1.h"
@@ -130,8 +132,7 @@ void MainMenu::Form_Activate() {
 
 void MainMenu::Form_KeyDown(int& keyCode, int /*shift*/) {
   if (keyCode != kKeyF1) return;
-  // F1 opens the application help on g.HelpContext, once the help screens are part of
-  // the program.
+  ShowAppHelp();
 }
 
 void MainMenu::Form_Unload(int& /*cancel*/) { mnuExit_Click(); }
@@ -175,7 +176,10 @@ void MainMenu::mnuCalib_Click() {
 void MainMenu::mnuMHelp_Click() {
   picInitText.Cls();
   cmdOK.SetVisible(false);
-  // The setup help page takes over from here once the help screens are part of the program.
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmMHELP().Show();
+  Hide();
+  DefaultPointer();
 }
 
 void MainMenu::mnuExit_Click() {

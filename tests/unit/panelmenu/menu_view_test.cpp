@@ -3,6 +3,7 @@
 
 #include "forms/forms_fixture.h"
 #include "help/app_help.h"
+#include "help/help_files.h"
 #include "menu_fixture.h"
 #include "pages/setup_page3.h"
 #include "panelmenu/menu_view.h"
@@ -58,7 +59,9 @@ TEST_F(MenuViewTest, ClickOnAKeyShowsItsHelp) {
     ASSERT_NE(help, nullptr);
     EXPECT_TRUE(help->Visible());
     EXPECT_EQ(help->Caption(), "Menu Help");
-    EXPECT_EQ(help->lblText.Caption(), "Help context " + std::to_string(c.context));
+    const HelpItem item = ReadHelpItem(c.context);
+    ASSERT_TRUE(item.Read()) << item.fault;
+    EXPECT_EQ(help->picText.PrintedLines().front(), item.text.substr(0, item.text.find('$')));
   }
 }
 

@@ -79,6 +79,23 @@ std::string ReadingsCsv(const std::deque<ListedReading>& readings) {
   return csv;
 }
 
+void KeepReading(std::deque<ListedReading>& readings, std::string_view text) {
+  if (readings.size() == kSavedReadingsLimit) readings.pop_front();
+  readings.push_back({std::chrono::system_clock::now(), std::string(text)});
+}
+
+void SaveReadingsAs(const std::deque<ListedReading>& readings, const std::string& screenTitle) {
+  Dialogs* dialogs = Platform().dialogs;
+  if (dialogs == nullptr) return;
+  const std::optional<std::string> path = dialogs->SaveFileName("Save Readings", "Readings (*.csv)|*.csv");
+  if (!path) return;
+  try {
+    WriteFileKeepingIt(*path, ReadingsCsv(readings));
+  } catch (const FileFault& fault) {
+    dialogs->MessageBox(MessageIcon::Exclamation, screenTitle, fault.what());
+  }
+}
+
 ListReadings::ListReadings() : Form(kName, kTitle) {
   picMeasure.SetVisible(false);
   grdList.SetFixedRows(0);
@@ -164,17 +181,7 @@ void ListReadings::cmdPrint_Click() {
   if (Dialogs* dialogs = Platform().dialogs) dialogs->PrintForm(*this);
 }
 
-void ListReadings::cmdSave_Click() {
-  Dialogs* dialogs = Platform().dialogs;
-  if (dialogs == nullptr) return;
-  const std::optional<std::string> path = dialogs->SaveFileName("Save Readings", "Readings (*.csv)|*.csv");
-  if (!path) return;
-  try {
-    WriteFileKeepingIt(*path, ReadingsCsv(saved_));
-  } catch (const FileFault& fault) {
-    dialogs->MessageBox(MessageIcon::Exclamation, kTitle, fault.what());
-  }
-}
+void ListReadings::cmdSave_Click() { SaveReadingsAs(saved_, kTitle); }
 
 void ListReadings::grdList_Click() {
   if (Dialogs* dialogs = Platform().dialogs) dialogs->Beep();
@@ -192,7 +199,7 @@ void ListReadings::OnMeasuringRecord(std::string_view sample) {
 }
 
 void ListReadings::OnRecord(std::string_view record) {
-  Keep(record.substr(0, record.size() - 1));
+  KeepReading(saved_, record.substr(0, record.size() - 1));
   std::string text(record);
   if (TranCharsOn()) {
     const ReadingState& framing = Readings();
@@ -213,11 +220,6 @@ void ListReadings::tmrShow_Timer() {
   tmrShow.SetEnabled(false);
   for (const std::string& text : unshown_) ListAddCell(text);
   unshown_.clear();
-}
-
-void ListReadings::Keep(std::string_view text) {
-  if (saved_.size() == kSavedReadingsLimit) saved_.pop_front();
-  saved_.push_back({std::chrono::system_clock::now(), std::string(text)});
 }
 
 void ListReadings::ListAddCell(const std::string& text) {

@@ -38,6 +38,11 @@ struct ListedReading {
 // The readings as a CSV file: a heading line, then time received (ISO 8601, UTC, with
 // milliseconds), the record's text, and its number (empty for a record without a digit).
 std::string ReadingsCsv(const std::deque<ListedReading>& readings);
+// Adds a reading received now, dropping the oldest beyond kSavedReadingsLimit.
+void KeepReading(std::deque<ListedReading>& readings, std::string_view text);
+// Asks for a file and writes the readings there as CSV; a file that cannot be written is
+// told in a message under the screen's title.
+void SaveReadingsAs(const std::deque<ListedReading>& readings, const std::string& screenTitle);
 
 class ListReadings : public Form, public RecordConsumer {
  public:
@@ -85,7 +90,6 @@ class ListReadings : public Form, public RecordConsumer {
 
  private:
   void SendStreamCommand(const char* code);
-  void Keep(std::string_view text);
 
   std::unique_ptr<Capture> capture_;
   std::deque<ListedReading> saved_;

@@ -12,7 +12,9 @@
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
 #include "readings/commands.h"
+#include "readings/graph.h"
 #include "readings/list_readings.h"
+#include "readings/plot.h"
 #include "teds/teds.h"
 
 namespace dpm {
@@ -218,10 +220,24 @@ void MainMenu::mnuCmdsGo_Click() {
   DefaultPointer();
 }
 
+// The plot and the graph switch the meter to continuous output as they show, and ask for
+// a scale before they draw.
+void MainMenu::mnuPlot_Click() {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmPlot().Show();
+  Hide();
+  DefaultPointer();
+}
+
+void MainMenu::mnuGraph_Click() {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmGRAPH().Show();
+  Hide();
+  DefaultPointer();
+}
+
 // The screens behind these items are not part of the program yet; the items stay in the
 // menu and do nothing.
-void MainMenu::mnuPlot_Click() {}
-void MainMenu::mnuGraph_Click() {}
 void MainMenu::mnuDC_Click() {}
 void MainMenu::mnuDCM_Click() {}
 void MainMenu::mnuTemperature_Click() {}

@@ -125,6 +125,11 @@ void PictureBox::SetPicture(const PictureRef& picture) {
   Notify(Property::Drawing);
 }
 
+void PictureBox::SaveImage(const std::string& path) const {
+  if (!saver_) throw FileFault("No view to render \"" + path + "\"");
+  saver_(*this, path);
+}
+
 std::vector<std::string> PictureBox::PrintedLines() const {
   std::vector<std::string> lines;
   for (const DrawOp& op : ops_) {

@@ -39,6 +39,8 @@ class PictureBox : public Control {
  public:
   // Width and height of a text in twips, in a font.
   using TextMeasure = std::function<std::pair<double, double>(const std::string& text, const FontSpec& font)>;
+  // Writes the picture as an image file; the name's ending chooses the format.
+  using ImageSaver = std::function<void(const PictureBox& picture, const std::string& path)>;
 
   PictureBox(Form& owner, std::string name, Control* container = nullptr, int index = -1);
 
@@ -89,6 +91,12 @@ class PictureBox : public Control {
   // twips a character is used.
   void SetTextMeasure(TextMeasure measure) { measure_ = std::move(measure); }
 
+  // Saves what the picture shows: a name ending in ".png" (any case) as PNG, any other as a
+  // 24-bit BMP. Only a view can render the picture; without one, or when the file cannot be
+  // written, a FileFault.
+  void SaveImage(const std::string& path) const;
+  void SetImageSaver(ImageSaver saver) { saver_ = std::move(saver); }
+
  private:
   double ToTwipsX(double x) const;
   double ToTwipsY(double y) const;
@@ -109,6 +117,7 @@ class PictureBox : public Control {
   PictureRef picture_;
   std::vector<DrawOp> ops_;
   TextMeasure measure_;
+  ImageSaver saver_;
 };
 
 // Loads a picture file from the program's folder, or a picture of the program's own by

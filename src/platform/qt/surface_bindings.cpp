@@ -1,8 +1,11 @@
 #include "platform/qt/surface_bindings.h"
 
+#include <algorithm>
+
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QHeaderView>
+#include <QImage>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
@@ -149,6 +152,23 @@ std::pair<double, double> MeasureText(const std::string& text, const FontSpec& f
   return {metrics.horizontalAdvance(QString::fromStdString(text)) * kTwipsPerPixel, metrics.height() * kTwipsPerPixel};
 }
 
+// The whole picture rendered afresh at its size, on white where it has no colour of its own,
+// since a saved image has no background to show through.
+void SaveImage(const PictureBox& picture, const std::string& path) {
+  const QSize size(std::max(1, static_cast<int>(ToPixels(picture.Width()))),
+                   std::max(1, static_cast<int>(ToPixels(picture.Height()))));
+  QImage image(size, QImage::Format_RGB888);
+  image.fill(picture.BackColor() != kDesignColor ? ToQColor(picture.BackColor()) : QColor(Qt::white));
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  if (const QPixmap shown = PixmapOf(picture.Picture()); !shown.isNull()) painter.drawPixmap(0, 0, shown);
+  for (const DrawOp& op : picture.Ops()) Paint(painter, op);
+  painter.end();
+  const QString name = QString::fromStdString(path);
+  const char* format = name.endsWith(".png", Qt::CaseInsensitive) ? "PNG" : "BMP";
+  if (!image.save(name, format)) throw FileFault("Cannot write \"" + path + "\"");
+}
+
 // The drawing is painted onto a pixmap that the label shows; new operations are painted
 // onto it as they come, and a clear, a new picture or a new size paints it anew.
 class PictureBinding : public WidgetBinding {
@@ -157,6 +177,7 @@ class PictureBinding : public WidgetBinding {
     label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
     label.installEventFilter(this);
     static_cast<PictureBox&>(control).SetTextMeasure(&MeasureText);
+    static_cast<PictureBox&>(control).SetImageSaver(&SaveImage);
   }
 
  protected:

@@ -87,15 +87,14 @@ void Graph::AddToBin(int bin) {
   if (GraphScale == 0) GraphScale = 1;
   const float count = ++Counts[static_cast<std::size_t>(bin)];
   if (count <= GraphScale) {
-    Picture1.Box(30 * bin + 20, (count - 1) * 1000.0 / GraphScale, 30 * bin + 40, count * 1000.0 / GraphScale,
-                 kBlack, true);
+    Picture1.Box(30 * bin + 20, (count - 1) * 1000.0 / GraphScale, 30 * bin + 40, count * 1000.0 / GraphScale, kBlack,
+                 true);
     return;
   }
   GraphScale *= 2;
   for (int i = 0; i < kGraphBins; ++i) {
     Picture1.Box(30 * i + 20, 5, 30 * i + 40, 1000, kWhite, true);
-    Picture1.Box(30 * i + 20, 0, 30 * i + 40, Counts[static_cast<std::size_t>(i)] * 1000.0 / GraphScale, kBlack,
-                 true);
+    Picture1.Box(30 * i + 20, 0, 30 * i + 40, Counts[static_cast<std::size_t>(i)] * 1000.0 / GraphScale, kBlack, true);
   }
   GraphCountAxis();
 }

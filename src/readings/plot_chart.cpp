@@ -109,7 +109,10 @@ void ChartScreen::cmdNewScale_GotFocus() {
   txtMidVal.SetFocus();
 }
 
+// The focus leaves OK for the picture before OK goes away: the window would otherwise hand
+// it on to the next button, New Scale, which would ask for a scale again at once.
 void ChartScreen::cmdOK_Click() {
+  Picture1.SetFocus();
   Readings().ReadingPaused = 0;
   cmdOK.SetEnabled(false);
   ShowScaleGroup(false);

@@ -3,22 +3,15 @@
 //
 //   QT_QPA_PLATFORM=offscreen bench_list_cpu [seconds]
 
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 
 #include <QApplication>
-#include <QEventLoop>
-#include <QTimer>
 
+#include "emulator_harness.h"
 #include "link/globals.h"
 #include "link/startup.h"
 #include "platform/fake/scripted_dialogs.h"
@@ -31,38 +24,10 @@
 #include "readings/list_readings.h"
 #include "setup/main_menu.h"
 
-namespace {
-
 namespace fs = std::filesystem;
-
-double CpuSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + t.tv_usec / 1e6; };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-pid_t StartEmulator(const fs::path& link) {
-  const pid_t pid = fork();
-  if (pid == 0) {
-    std::freopen("/dev/null", "r", stdin);
-    std::freopen((link.string() + ".log").c_str(), "w", stdout);
-    execl(DPM_EMULATOR_PROGRAM, DPM_EMULATOR_PROGRAM, "--link", link.c_str(), "--baud", "19200", "--rate", "max",
-          "--input", "0.05", "--noise", "0.002", static_cast<char*>(nullptr));
-    _exit(127);
-  }
-  for (int i = 0; i < 200 && !fs::exists(link); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  return pid;
-}
-
-// The program's own event loop, as it runs while the user watches the list.
-void RunEventsFor(double seconds) {
-  QEventLoop loop;
-  QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
-  loop.exec();
-}
-
-}  // namespace
+using bench::CpuSeconds;
+using bench::RunEventsFor;
+using bench::StartEmulator;
 
 int main(int argc, char** argv) {
   QApplication app(argc, argv);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QHeaderView>
@@ -11,6 +12,7 @@
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QTableWidget>
+#include <QTimer>
 
 #include "platform/faults.h"
 #include "platform/forms/form.h"
@@ -224,13 +226,35 @@ class PictureBinding : public WidgetBinding {
     for (std::size_t i = painted_; i < picture.Ops().size(); ++i) Paint(painter, picture.Ops()[i]);
     painter.end();
     painted_ = picture.Ops().size();
-    label_.setPixmap(canvas_);
+    ShowNew();
   }
+
+  // A drawing that grows by a segment a reading, hundreds a second, is shown at most every
+  // kShowIntervalMs: each showing shares the canvas with the label, and the next stroke
+  // then copies it whole. A stroke after a quiet spell shows at once.
+  void ShowNew() {
+    if (showPending_) return;
+    if (!sinceShown_.isValid() || sinceShown_.elapsed() >= kShowIntervalMs) {
+      label_.setPixmap(canvas_);
+      sinceShown_.start();
+      return;
+    }
+    showPending_ = true;
+    QTimer::singleShot(static_cast<int>(kShowIntervalMs - sinceShown_.elapsed()), this, [this] {
+      showPending_ = false;
+      label_.setPixmap(canvas_);
+      sinceShown_.start();
+    });
+  }
+
+  static constexpr qint64 kShowIntervalMs = 40;
 
   QLabel& label_;
   QPixmap canvas_;
   PictureRef shownPicture_;
   std::size_t painted_ = 0;
+  QElapsedTimer sinceShown_;
+  bool showPending_ = false;
 };
 
 [[noreturn]] void NotShownBy(const Control& control, const QWidget* widget, const char* needed) {

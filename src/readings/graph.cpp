@@ -43,7 +43,7 @@ void Graph::GraphAxes() {
   const std::string format = ScaleFormat(txtMidVal.Text(), txtSmallVal.Text());
   for (int i = -15; i <= 15; i += 5) {
     const std::string text = FormatWithPicture(static_cast<double>(i) * GraphDiv + GraphMid, format);
-    PrintAt(30 * i + 480 - p.TextWidth(text) / 2, -60 - p.TextHeight(text) / 2, text);
+    PrintAt(30 * i + 480 - p.TextWidth(text) / 2, -60 - HeightUp(text) / 2, text);
   }
 }
 
@@ -63,7 +63,7 @@ void Graph::GraphCountAxis() {
     p.SetDrawStyle(0);
     p.Box(-135, y - 10, -35, y + 25, kWhite, true);
     const std::string text = FormatWithPicture(static_cast<double>(step) * i, "#####0");
-    PrintAt(-35 - p.TextWidth(text), y + p.TextHeight(text) / 2 + 49, text);
+    PrintAt(-35 - p.TextWidth(text), y + HeightUp(text) / 2 + 49, text);
   }
 }
 

@@ -69,7 +69,7 @@ void Plot::DrawLabels() {
   const std::string format = ScaleFormat(txtMidVal.Text(), txtSmallVal.Text());
   for (int i = -20; i <= 20; i += 5) {
     const std::string text = FormatWithPicture(static_cast<double>(i) * small_ + mid_, format);
-    PrintAt(-35 - Picture1.TextWidth(text), 10 * i + Picture1.TextHeight(text) / 2 + 18, text);
+    PrintAt(-35 - Picture1.TextWidth(text), 10 * i + HeightUp(text) / 2 + 18, text);
   }
   total_ = std::fabs(ScaleNumber(txtHorzTime.Text()));
   if (total_ == 0) total_ = 1;
@@ -78,7 +78,7 @@ void Plot::DrawLabels() {
     const double value = i * step;
     const std::string text = value == 0 ? "0" : FormatWithPicture(value, "######.######");
     const double x = i == 10 ? 1020 - Picture1.TextWidth(text) : 100 * i - Picture1.TextWidth(text) / 2;
-    PrintAt(x, -230 - Picture1.TextHeight(text) / 2, text);
+    PrintAt(x, -230 - HeightUp(text) / 2, text);
   }
 }
 

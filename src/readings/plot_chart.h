@@ -81,6 +81,9 @@ class ChartScreen : public Form, public RecordConsumer {
   void ShowScaleGroup(bool shown);
   // Text with its top left corner at a point, as the picture's Print puts it.
   void PrintAt(double x, double y, const std::string& text);
+  // A text's height along the picture's y axis. The axis points up, so the height is
+  // negative: a label placed at "y plus half its height" hangs centred on y.
+  double HeightUp(const std::string& text) const { return -Picture1.TextHeight(text); }
 
  private:
   TextBox countBox_;

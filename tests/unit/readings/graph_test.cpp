@@ -63,19 +63,19 @@ TEST_F(GraphTest, AxesTicksAndLabelsStandWhereTheyAreWorkedOut) {
   EXPECT_TRUE(Has(drawn, K::Line, 0, 800, 1000, 800));
   EXPECT_TRUE(Has(drawn, K::FilledBox, -135, 390, -35, 425, kWhite));
 
-  // Counts: step 10 / 5 = 2, x -35 less the width, y 200i + 12 + 49. Values: centred under
-  // every fifth tick, y -60 - 12.
+  // Heights count along the y axis, which points up: -24. Counts: step 10 / 5 = 2, x -35
+  // less the width, y 200i - 12 + 49. Values: centred under every fifth tick, y -60 + 12.
   std::vector<Drawn> labels;
   std::copy_if(drawn.begin(), drawn.end(), std::back_inserter(labels),
                [](const Drawn& d) { return d.kind == K::Text; });
   const std::vector<Drawn> expected = {
-      {K::Text, -47, 61, 0, 0, 0, 0, 0, "0"},    {K::Text, -47, 261, 0, 0, 0, 0, 0, "2"},
-      {K::Text, -47, 461, 0, 0, 0, 0, 0, "4"},   {K::Text, -47, 661, 0, 0, 0, 0, 0, "6"},
-      {K::Text, -47, 861, 0, 0, 0, 0, 0, "8"},   {K::Text, -59, 1061, 0, 0, 0, 0, 0, "10"},
-      {K::Text, 6, -72, 0, 0, 0, 0, 0, "-15."},  {K::Text, 156, -72, 0, 0, 0, 0, 0, "-10."},
-      {K::Text, 312, -72, 0, 0, 0, 0, 0, "-5."}, {K::Text, 468, -72, 0, 0, 0, 0, 0, "0."},
-      {K::Text, 618, -72, 0, 0, 0, 0, 0, "5."},  {K::Text, 762, -72, 0, 0, 0, 0, 0, "10."},
-      {K::Text, 912, -72, 0, 0, 0, 0, 0, "15."},
+      {K::Text, -47, 37, 0, 0, 0, 0, 0, "0"},    {K::Text, -47, 237, 0, 0, 0, 0, 0, "2"},
+      {K::Text, -47, 437, 0, 0, 0, 0, 0, "4"},   {K::Text, -47, 637, 0, 0, 0, 0, 0, "6"},
+      {K::Text, -47, 837, 0, 0, 0, 0, 0, "8"},   {K::Text, -59, 1037, 0, 0, 0, 0, 0, "10"},
+      {K::Text, 6, -48, 0, 0, 0, 0, 0, "-15."},  {K::Text, 156, -48, 0, 0, 0, 0, 0, "-10."},
+      {K::Text, 312, -48, 0, 0, 0, 0, 0, "-5."}, {K::Text, 468, -48, 0, 0, 0, 0, 0, "0."},
+      {K::Text, 618, -48, 0, 0, 0, 0, 0, "5."},  {K::Text, 762, -48, 0, 0, 0, 0, 0, "10."},
+      {K::Text, 912, -48, 0, 0, 0, 0, 0, "15."},
   };
   ASSERT_EQ(labels.size(), expected.size());
   for (std::size_t i = 0; i < labels.size(); ++i)

@@ -93,8 +93,9 @@ TEST_F(PlotTest, ScaleGroupFrameAndLabelsStandWhereTheyAreWorkedOut) {
   EXPECT_EQ(plot.Picture1.DrawWidth(), 2);
   EXPECT_EQ(plot.Picture1.DrawStyle(), 0);
 
-  // Value labels: x -35 less the width, y 10i + 12 + 18. Time labels: centred under their
-  // tick, the last flush with the right edge; y -230 - 12.
+  // Heights count along the y axis, which points up: -24. Value labels: x -35 less the
+  // width, y 10i - 12 + 18. Time labels: centred under their tick, the last flush with the
+  // right edge; y -230 + 12.
   struct Label {
     std::string text;
     double x, y;
@@ -103,10 +104,10 @@ TEST_F(PlotTest, ScaleGroupFrameAndLabelsStandWhereTheyAreWorkedOut) {
   for (const Drawn& d : drawn)
     if (d.kind == DrawOp::Kind::Text) labels.push_back({d.text, d.x1, d.y1});
   const std::vector<Label> expected = {
-      {"0.", -59, -170}, {"25.", -71, -120}, {"50.", -71, -70},  {"75.", -71, -20},  {"100.", -83, 30},
-      {"125.", -83, 80}, {"150.", -83, 130}, {"175.", -83, 180}, {"200.", -83, 230}, {"0", -6, -242},
-      {"1.", 88, -242},  {"2.", 188, -242},  {"3.", 288, -242},  {"4.", 388, -242},  {"5.", 488, -242},
-      {"6.", 588, -242}, {"7.", 688, -242},  {"8.", 788, -242},  {"9.", 888, -242},  {"10.", 984, -242},
+      {"0.", -59, -194}, {"25.", -71, -144}, {"50.", -71, -94},  {"75.", -71, -44},  {"100.", -83, 6},
+      {"125.", -83, 56}, {"150.", -83, 106}, {"175.", -83, 156}, {"200.", -83, 206}, {"0", -6, -218},
+      {"1.", 88, -218},  {"2.", 188, -218},  {"3.", 288, -218},  {"4.", 388, -218},  {"5.", 488, -218},
+      {"6.", 588, -218}, {"7.", 688, -218},  {"8.", 788, -218},  {"9.", 888, -218},  {"10.", 984, -218},
   };
   ASSERT_EQ(labels.size(), expected.size());
   for (std::size_t i = 0; i < labels.size(); ++i) {

@@ -117,6 +117,22 @@ bool IsHex2(std::string_view text) {
          std::isxdigit(static_cast<unsigned char>(text[1]));
 }
 
+// Records a second: a number, 0 or "max" for back to back, "setup" for the setup's own rate.
+std::optional<std::string> ParseRate(std::string_view text, PortOptions& port) {
+  if (text == "setup") {
+    port.recordRate.reset();
+    return std::nullopt;
+  }
+  if (text == "max") {
+    port.recordRate = 0.0;
+    return std::nullopt;
+  }
+  const auto rate = ParseNumber<double>(text);
+  if (!rate || *rate < 0) return "rate is a number of records a second, max or setup";
+  port.recordRate = *rate;
+  return std::nullopt;
+}
+
 // One option with its value.
 std::optional<std::string> ParseValued(std::string_view name, std::string_view value, ProgramOptions& options) {
   MeterOptions& meter = options.meter;
@@ -152,6 +168,8 @@ std::optional<std::string> ParseValued(std::string_view name, std::string_view v
   } else if (name == "--options") {
     if (!IsHex2(value)) return "options register is two hexadecimal digits";
     meter.optionRegister = static_cast<uint8_t>(std::stoi(std::string(value), nullptr, 16));
+  } else if (name == "--rate") {
+    if (auto error = ParseRate(value, options.port)) return error;
   } else if (name == "--input" || name == "--noise") {
     const auto number = ParseNumber<double>(value);
     if (!number) return std::string(name) + " takes a number";
@@ -186,6 +204,8 @@ std::optional<std::string> ParseArguments(const std::vector<std::string>& args, 
       options.port.echo = true;
     } else if (arg == "--two-wire") {
       options.port.twoWire = true;
+    } else if (arg == "--log-records") {
+      options.port.logRecords = true;
     } else if (arg.starts_with("--")) {
       const std::size_t equals = arg.find('=');
       std::string name = arg.substr(0, equals);
@@ -238,6 +258,10 @@ std::string StatusText(const Meter& meter, const MeterPort& port) {
                             : "none")
        << "; " << p.baud << " baud, latency " << p.latencyMs << " ms" << (p.echo ? ", echo" : "")
        << (p.twoWire ? ", two-wire" : "") << (p.silent ? ", silent" : "") << (p.babble ? ", babbling" : "")
+       << "; records "
+       << (!p.recordRate        ? std::string("at the setup's rate")
+           : *p.recordRate <= 0 ? std::string("back to back")
+                                : std::to_string(*p.recordRate) + " a second")
        << "; input " << m.Input() << ", noise " << m.Noise();
   return text.str();
 }
@@ -261,6 +285,10 @@ ControlResult ApplyControlLine(std::string_view line, MeterPort& port) {
     if (word == "noise") meter.SetNoise(*number);
     if (word == "latency") options.latencyMs = static_cast<uint32_t>(*number);
     return {false, std::string(word) + " " + std::string(value)};
+  }
+  if (word == "rate") {
+    if (auto error = ParseRate(value, options)) return {false, *error};
+    return {false, "rate " + std::string(value)};
   }
   if (word == "silent" || word == "babble" || word == "echo") {
     const auto on = OnOff(value);
@@ -320,6 +348,10 @@ Options:
                          (default: digits 49-50 of the setup)
   --input X              the input applied at start, in the units of the range
   --noise X              noise on the input, one standard deviation
+  --rate N|max|setup     records a second of the continuous output ("A0"); max
+                         sends them back to back, as fast as the baud rate
+                         carries them (default setup: the setup's output rate)
+  --log-records          print each record of the continuous output as it goes
   --help                 this text
 
 Each command heard and each answer is printed on one line. While it runs, the
@@ -334,12 +366,15 @@ the end of input.
 
 std::string ControlHelpText() {
   return R"(  input X         apply X at the input (volts on a volt range, mA on a
-                  milliampere range, degrees on a temperature range)
+                  milliampere range, degrees on a temperature range); beyond
+                  the display the meter reads +OVLOAD or -OVLOAD
   noise X         noise on the input, one standard deviation; 0 for none
   silent on|off   stop answering (commands still take effect)
   babble on|off   put bursts of garbage on the line
   echo on|off     send every command back before its reply
   latency MS      milliseconds from a command to its answer
+  rate N          records a second of the continuous output; max for back
+                  to back, setup for the setup's own output rate
   status          show how the meter is set
   image           print the setup image the meter holds
   quit            remove the link and stop)";

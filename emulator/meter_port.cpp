@@ -151,9 +151,9 @@ void MeterPort::Command(const std::string& line, uint64_t atUs) {
   }
   if (!wasStreaming && meter_.Streaming()) {
     nextRecordUs_ = std::max(atUs, meterLineFreeUs_) + Ms(options_.latencyMs);
-    const uint32_t interval = meter_.RecordIntervalMs();
+    const uint64_t interval = RecordIntervalUs();
     Log(interval == 0 ? "continuous output on, records back to back"
-                      : "continuous output on, a record every " + std::to_string(interval) + " ms");
+                      : "continuous output on, a record every " + std::to_string(interval / 1000) + " ms");
   } else if (wasStreaming && !meter_.Streaming()) {
     nextRecordUs_.reset();
     Log("continuous output off");
@@ -176,9 +176,17 @@ void MeterPort::LogCommand(const std::string& line, const Meter::Answer& answer)
   Log(text);
 }
 
+uint64_t MeterPort::RecordIntervalUs() const {
+  if (!options_.recordRate) return Ms(meter_.RecordIntervalMs());
+  if (*options_.recordRate <= 0.0) return 0;
+  return static_cast<uint64_t>(kMicrosecondsPerSecond / *options_.recordRate);
+}
+
 void MeterPort::SendRecord(uint64_t atUs) {
-  const uint64_t through = Send(meter_.NextRecord(), atUs);
-  const uint64_t interval = Ms(meter_.RecordIntervalMs());
+  const std::string record = meter_.NextRecord();
+  const uint64_t through = Send(record, atUs);
+  if (options_.logRecords && !options_.silent) Log("-> " + Printable(record) + "   (record)");
+  const uint64_t interval = RecordIntervalUs();
   nextRecordUs_ = std::max({atUs + interval, through, atUs + kShortestRecordGapUs});
 }
 

@@ -26,6 +26,10 @@ struct PortOptions {
   bool silent = false;   // the meter sends nothing; what it hears still takes effect
   bool babble = false;   // a burst of garbage every few milliseconds, besides the answers
   bool twoWire = false;  // a half-duplex line: the host hears its own characters as it sends them
+  // Records a second of the continuous output: nothing for the pace the setup's output rate
+  // gives, 0 for back to back, as fast as the line carries them.
+  std::optional<double> recordRate{};
+  bool logRecords = false;  // one log line for each record sent
 };
 
 class MeterPort {
@@ -61,6 +65,7 @@ class MeterPort {
   void HearBack(const Timed& timed);
   void Command(const std::string& line, uint64_t atUs);
   void LogCommand(const std::string& line, const Meter::Answer& answer);
+  uint64_t RecordIntervalUs() const;
   void SendRecord(uint64_t atUs);
   void SendBabble(uint64_t atUs);
   // Queues the text to leave the meter no earlier than `startUs`; returns when it is through.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace dpm {
@@ -38,6 +39,11 @@ class SerialPort {
   virtual std::string Input() = 0;
   // Queues the bytes for sending.
   virtual void Output(const std::string& bytes) = 0;
+
+  // Called from the event loop when bytes have arrived, never from inside a call on the
+  // port; an empty handler stops the calls. A handler that leaves bytes unread is not
+  // called again for them, only for bytes that arrive later.
+  virtual void SetDataReadyHandler(std::function<void()> handler) = 0;
 };
 
 }  // namespace dpm

@@ -9,6 +9,7 @@
 #include "platform/dialogs.h"
 #include "platform/forms/form_manager.h"
 #include "platform/services.h"
+#include "readings/list_readings.h"
 #include "teds/teds.h"
 
 namespace dpm {
@@ -196,10 +197,18 @@ void MainMenu::mnuSetup_Click() {
 // menu stays up and unloads it on its next activation.
 void MainMenu::mnuMenu_Click() { frmDPMMenu().Show(); }
 
+// The list switches the meter to continuous output as it shows; a list that could not
+// start has already brought this window back.
+void MainMenu::mnuList_Click() {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  frmList().Show();
+  if (Forms().IsLoaded(ListReadings::kName)) Hide();
+  DefaultPointer();
+}
+
 // The screens behind these items are not part of the program yet; the items stay in the
 // menu and do nothing.
 void MainMenu::mnuCmdsGo_Click() {}
-void MainMenu::mnuList_Click() {}
 void MainMenu::mnuPlot_Click() {}
 void MainMenu::mnuGraph_Click() {}
 void MainMenu::mnuDC_Click() {}

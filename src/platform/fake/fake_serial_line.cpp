@@ -21,7 +21,17 @@ void FakeSerialLine::ArriveAfter(uint32_t delayMs, std::string bytes) {
   ArriveAt(time_.Elapsed() + delayMs, std::move(bytes));
 }
 
-void FakeSerialLine::Arrive(std::string bytes) { received_ += bytes; }
+void FakeSerialLine::Arrive(std::string bytes) { Received(bytes); }
+
+void FakeSerialLine::Received(const std::string& bytes) {
+  if (bytes.empty()) return;
+  received_ += bytes;
+  if (dataReady_) {
+    // The handler may replace itself; it runs to its end all the same.
+    const std::function<void()> handler = dataReady_;
+    handler();
+  }
+}
 
 std::vector<FakeSerialLine::Command> FakeSerialLine::SentCommands() const {
   std::vector<Command> commands;
@@ -95,10 +105,12 @@ void FakeSerialLine::Output(const std::string& bytes) {
 }
 
 void FakeSerialLine::Tick(uint32_t nowMs) {
+  std::string due;
   while (!pending_.empty() && pending_.front().atMs <= time_.Elapsed()) {
-    received_ += pending_.front().bytes;
+    due += pending_.front().bytes;
     pending_.pop_front();
   }
+  Received(due);
   if (peer_) peer_->Tick(nowMs);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -71,6 +72,8 @@ class FakeSerialLine : public SerialPort {
   int OutBufferCount() override;
   std::string Input() override;
   void Output(const std::string& bytes) override;
+  // Called when bytes arrive: a scripted arrival falling due, a peer's answer, Arrive().
+  void SetDataReadyHandler(std::function<void()> handler) override { dataReady_ = std::move(handler); }
 
  private:
   struct Arrival {
@@ -79,10 +82,12 @@ class FakeSerialLine : public SerialPort {
   };
   void Tick(uint32_t nowMs);
   void Record(Kind kind, std::string text = {});
+  void Received(const std::string& bytes);
   void CheckFault(const char* operation) const;
 
   VirtualTime& time_;
   SerialPeer* peer_ = nullptr;
+  std::function<void()> dataReady_;
   std::vector<Event> transcript_;
   std::deque<Arrival> pending_;
   std::string received_;

@@ -251,7 +251,12 @@ void QtSerialPort::PollDevice(const char* operation) {
   RequireOpen(operation);
   ThrowOnDeviceError(operation);
   port_.flush();
-  for (int round = 0; round < kMaxPollRounds && port_.waitForReadyRead(0); ++round) {
+  // With a data-ready handler the event loop's notifier reads the device; a read of our
+  // own could take the bytes from under the notifier, whose empty read the port then
+  // reports as an error.
+  if (!dataReady_) {
+    for (int round = 0; round < kMaxPollRounds && port_.waitForReadyRead(0); ++round) {
+    }
   }
   ThrowOnDeviceError(operation);
 }
@@ -282,6 +287,22 @@ void QtSerialPort::Output(const std::string& bytes) {
   // while events are served.
   port_.flush();
   ThrowOnDeviceError("Output");
+}
+
+void QtSerialPort::SetDataReadyHandler(std::function<void()> handler) {
+  dataReady_ = std::move(handler);
+  if (dataReady_ && !dataReadyConnection_) {
+    dataReadyConnection_ = QObject::connect(
+        &port_, &QSerialPort::readyRead, &port_,
+        [this] {
+          // A copy: the handler may replace itself.
+          if (const std::function<void()> handler = dataReady_) handler();
+        },
+        Qt::QueuedConnection);
+  } else if (!dataReady_ && dataReadyConnection_) {
+    QObject::disconnect(dataReadyConnection_);
+    dataReadyConnection_ = {};
+  }
 }
 
 }  // namespace dpm::qt

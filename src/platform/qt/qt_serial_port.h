@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include <QSerialPort>
@@ -66,6 +67,9 @@ class QtSerialPort : public SerialPort {
   int OutBufferCount() override;
   std::string Input() override;
   void Output(const std::string& bytes) override;
+  // On the port's readyRead, queued, so that the handler runs from the event loop. While a
+  // handler is set, InBufferCount and Input leave reading the device to the event loop.
+  void SetDataReadyHandler(std::function<void()> handler) override;
 
  private:
   std::filesystem::path ProgramFolder() const;
@@ -78,6 +82,8 @@ class QtSerialPort : public SerialPort {
   void ThrowOnDeviceError(const char* operation);
 
   QSerialPort port_;
+  std::function<void()> dataReady_;
+  QMetaObject::Connection dataReadyConnection_;
   std::filesystem::path programFolder_;
   std::filesystem::path device_;
   std::string settings_ = "9600,n,8,1";

@@ -27,7 +27,7 @@ constexpr std::string_view kLinkHelp =
     "  --baud RATE       300, 600, 1200, 2400, 4800, 9600 or 19200\n"
     "  --address C       the meter's address, 0-9 or A-V\n";
 
-constexpr std::array<CommandInfo, 5> kCommands = {{
+constexpr std::array<CommandInfo, 6> kCommands = {{
     {Command::Get, "get", 0, true,
      "Usage: dpm-cli get -o FILE.DPM [--port N|DEVICE] [--baud RATE] [--address C]\n"
      "\n"
@@ -56,6 +56,21 @@ constexpr std::array<CommandInfo, 5> kCommands = {{
      "Usage: dpm-cli read [--port N|DEVICE] [--baud RATE] [--address C]\n"
      "\n"
      "Asks the meter for its latest reading and prints it as the meter sends it.\n"},
+    {Command::Capture, "capture", 0, true,
+     "Usage: dpm-cli capture --seconds N --csv FILE [--setup FILE.DPM] [--port N|DEVICE]\n"
+     "                       [--baud RATE] [--address C]\n"
+     "\n"
+     "Switches the meter to continuous output for N seconds (or until Ctrl-C), then back\n"
+     "to commands, and writes the readings that came as CSV: time received (ISO 8601,\n"
+     "UTC, with milliseconds), the record as received, and its number (empty for a\n"
+     "record without a digit). The first record, most likely cut, is left out; when\n"
+     "several records arrive together only the oldest is kept, as the reading screens\n"
+     "do.\n"
+     "\n"
+     "  --seconds N      how long to capture\n"
+     "  --csv FILE       the file to write, - for standard output\n"
+     "  --setup FILE     the meter's setup file: its record characters frame the\n"
+     "                   records (without it, records end in CR)\n"},
 }};
 
 constexpr std::string_view kProgramHelp =
@@ -69,6 +84,8 @@ constexpr std::string_view kProgramHelp =
     "  show FILE.DPM       list a setup file's fields (--menu: as the front panel)\n"
     "  diff A.DPM B.DPM    list the fields that differ between two setup files\n"
     "  read                one reading from the meter\n"
+    "  capture --seconds N --csv FILE\n"
+    "                      the meter's continuous output into a CSV file\n"
     "\n"
     "dpm-cli COMMAND --help tells more of each.\n"
     "\n"
@@ -92,6 +109,14 @@ char AddressOf(const std::string& text) {
   const char c = text.size() == 1 ? static_cast<char>(std::toupper(static_cast<unsigned char>(text[0]))) : '\0';
   if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'V')) return c;
   throw UsageError("--address " + text + ": not a meter address (one character, 0-9 or A-V)");
+}
+
+double SecondsOf(const std::string& text) {
+  double seconds = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  if (text.empty() || error != std::errc() || end != text.data() + text.size() || !(seconds > 0) || seconds > 1e6)
+    throw UsageError("--seconds " + text + ": not a number of seconds above 0");
+  return seconds;
 }
 
 std::string PortOf(const std::string& text) {
@@ -133,6 +158,12 @@ Options ParseOptions(const std::vector<std::string>& args) {
       options.output = value();
     } else if (name == "--menu" && info->command == Command::Show && !inlineValue) {
       options.menu = true;
+    } else if (name == "--seconds" && info->command == Command::Capture) {
+      options.seconds = SecondsOf(value());
+    } else if (name == "--csv" && info->command == Command::Capture) {
+      options.csv = value();
+    } else if (name == "--setup" && info->command == Command::Capture) {
+      options.setup = value();
     } else if (name == "--port" && link) {
       options.link.port = PortOf(value());
     } else if (name == "--baud" && link) {
@@ -153,6 +184,8 @@ Options ParseOptions(const std::vector<std::string>& args) {
   }
   if (info->command == Command::Get && options.output.empty())
     throw UsageError("get needs -o FILE.DPM, the file to write" + SeeHelp(*info));
+  if (info->command == Command::Capture && (options.seconds == 0 || options.csv.empty()))
+    throw UsageError("capture needs --seconds N and --csv FILE" + SeeHelp(*info));
   return options;
 }
 

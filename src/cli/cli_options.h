@@ -20,7 +20,7 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-enum class Command { Help, Get, Put, Show, Diff, Read };
+enum class Command { Help, Get, Put, Show, Diff, Read, Capture };
 
 // Where the meter is, when the command line says so; the rest comes from Settings.SSS.
 struct LinkOverrides {
@@ -35,6 +35,9 @@ struct Options {
   std::vector<std::string> files;  // the command's file arguments
   std::string output;              // get -o
   bool menu = false;               // show --menu
+  double seconds = 0;              // capture --seconds
+  std::string csv;                 // capture --csv
+  std::string setup;               // capture --setup: the setup whose record characters frame the readings
   LinkOverrides link;
 };
 

@@ -1,6 +1,9 @@
 // dpm-cli: the meter's setup and readings from the command line, on the program's own core.
 
+#include <chrono>
+#include <csignal>
 #include <cstdio>
+#include <deque>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -11,12 +14,19 @@
 
 #include "cli/cli_options.h"
 #include "cli/meter_line.h"
+#include "cli/readings_csv.h"
 #include "cli/setup_listing.h"
 #include "link/globals.h"
 #include "link/transport.h"
 #include "panelmenu/menu_rows.h"
+#include "platform/events.h"
 #include "platform/faults.h"
+#include "platform/file_writing.h"
 #include "platform/numeric.h"
+#include "platform/serial.h"
+#include "platform/services.h"
+#include "readings/capture.h"
+#include "readings/list_readings.h"
 #include "setup/get_setup.h"
 #include "setup/image_map.h"
 #include "setup/image_positions.h"
@@ -64,11 +74,40 @@ int RunDiff(const Options& options) {
   return changes.empty() ? kSuccess : kMeterFailed;
 }
 
-int RunGet(const Options& options, const fs::path& programFolder) {
-  const fs::path output = fs::absolute(options.output);
+// A file is written after the meter has been talked to; a folder that is not there is
+// found out before.
+void RequireFolderOf(const std::string& file) {
+  const fs::path path = fs::absolute(file);
   std::error_code error;
-  if (!fs::is_directory(output.parent_path(), error))
-    throw UsageError(options.output + ": no folder " + output.parent_path().string() + " to write it in");
+  if (!fs::is_directory(path.parent_path(), error))
+    throw UsageError(file + ": no folder " + path.parent_path().string() + " to write it in");
+}
+
+// The setup file given for a command that talks to the meter: checked and loaded before
+// the line opens, and in force after it, as when a setup file is opened after start-up.
+class SetupInHand {
+ public:
+  explicit SetupInHand(const std::string& file) : file_(file) {
+    if (file_.empty()) return;
+    LoadCheckedSetupFile(file_);
+    image_ = g.SetupImage;
+    revision_ = g.FirmwareRev;
+  }
+  void Restore() const {
+    if (file_.empty()) return;
+    g.SetupImage = image_;
+    g.FirmwareRev = revision_;
+  }
+
+ private:
+  std::string file_;
+  std::string image_;
+  int16_t revision_ = 0;
+};
+
+int RunGet(const Options& options, const fs::path& programFolder) {
+  RequireFolderOf(options.output);
+  const fs::path output = fs::absolute(options.output);
   {
     MeterLine line(programFolder, options.link);
     TransferPieces pieces;
@@ -88,15 +127,10 @@ int RunGet(const Options& options, const fs::path& programFolder) {
 
 int RunPut(const Options& options, const fs::path& programFolder) {
   const std::string& file = options.files[0];
-  LoadCheckedSetupFile(file);
+  const SetupInHand setup(file);
   ForFile(file, [] { return BoardKindOf(static_cast<int>(LeadingHexValue(Mid(g.SetupImage, kModeRangeByte, 1)))); });
-  const std::string image = g.SetupImage;
-  const int16_t revision = g.FirmwareRev;
   MeterLine line(programFolder, options.link);
-  // As when a setup file is opened after start-up: its image and revision replace those
-  // that start-up set.
-  g.SetupImage = image;
-  g.FirmwareRev = revision;
+  setup.Restore();
   TransferPieces pieces;
   PutSetup(pieces.screen);
   // The meter's answer to the board kind question is the only one Put reads; without it
@@ -127,6 +161,65 @@ int RunRead(const Options& options, const fs::path& programFolder) {
   return kSuccess;
 }
 
+volatile std::sig_atomic_t interrupted = 0;
+
+void OnInterrupt(int) { interrupted = 1; }
+
+// Keeps every record the capture hands over, with the time it came and without its stop
+// character; the measuring record of a list is a whole record like the others.
+class CsvRecorder : public RecordConsumer {
+ public:
+  void OnMeasuringRecord(std::string_view sample) override { Keep(sample); }
+  void OnRecord(std::string_view record) override { Keep(record.substr(0, record.size() - 1)); }
+
+  std::deque<ListedReading> readings;
+
+ private:
+  void Keep(std::string_view text) { readings.push_back({std::chrono::system_clock::now(), std::string(text)}); }
+};
+
+int RunCapture(const Options& options, const fs::path& programFolder) {
+  if (options.csv != "-") RequireFolderOf(options.csv);
+  const SetupInHand setup(options.setup);
+  MeterLine line(programFolder, options.link);
+  setup.Restore();
+  SerialPort& port = *Platform().meterLink;
+  CsvRecorder recorder;
+  {
+    Capture capture(port, recorder, Capture::Kind::List);
+    SendBody("A0");
+    port.SetRTSEnable(true);
+    capture.Start();
+    // Ctrl-C ends the capture early, with the meter back on commands and the file written.
+    interrupted = 0;
+    const auto previousInt = std::signal(SIGINT, OnInterrupt);
+    const auto previousTerm = std::signal(SIGTERM, OnInterrupt);
+    const auto until = std::chrono::steady_clock::now() + std::chrono::duration<double>(options.seconds);
+    while (interrupted == 0 && capture.Running() && std::chrono::steady_clock::now() < until) {
+      Platform().events->Serve();
+    }
+    std::signal(SIGINT, previousInt);
+    std::signal(SIGTERM, previousTerm);
+    capture.Stop();
+  }
+  SendBody("A1");
+  if (port.PortOpen()) port.SetRTSEnable(false);
+
+  if (recorder.readings.empty()) {
+    std::cerr << "No readings came from the meter; check connections, and that the framing of the setup (--setup) "
+                 "is the meter's.\n";
+    return kMeterFailed;
+  }
+  const std::string csv = CaptureCsv(recorder.readings);
+  if (options.csv == "-") {
+    std::cout << csv;
+  } else {
+    WriteFileKeepingIt(options.csv, csv);
+  }
+  std::cerr << recorder.readings.size() << " readings\n";
+  return kSuccess;
+}
+
 int Run(const Options& options, const fs::path& programFolder) {
   if (options.command == Command::Help || options.help) {
     std::cout << HelpText(options.command);
@@ -143,6 +236,8 @@ int Run(const Options& options, const fs::path& programFolder) {
       return RunDiff(options);
     case Command::Read:
       return RunRead(options, programFolder);
+    case Command::Capture:
+      return RunCapture(options, programFolder);
     case Command::Help:
       break;
   }

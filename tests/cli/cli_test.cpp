@@ -123,6 +123,80 @@ TEST_F(CliAgainstEmulatorTest, TheCommandLineOverridesThePortBaudRateAndAddressO
   EXPECT_TRUE(Heard(emulator).empty());
 }
 
+// The records a streaming emulator sent, as its log prints them, up to the end of its
+// continuous output; `stop` is how the log shows the records' stop character.
+std::vector<std::string> SentRecords(EmulatorProcess& meter, const std::string& stop) {
+  std::vector<std::string> sent;
+  for (std::string line; !(line = meter.WaitForLine("", 1000)).empty() && line != "continuous output off";) {
+    const std::size_t end = line.find(stop + "   (record)");
+    if (line.starts_with("-> ") && end != std::string::npos) sent.push_back(line.substr(3, end - 3));
+  }
+  return sent;
+}
+
+TEST_F(CliTest, CaptureWritesTheRecordsTheMeterSentAsCsvFramedByTheSetup) {
+  // Transmission characters on: records go out as "@" value "#".
+  const std::string framed = WithDigits(WithDigits(kDcImage, 53, "10"), 125, "2340");
+  WriteSetup("framed.DPM", framed);
+  struct Case {
+    std::string emulatorSetup;  // the meter's setup, when not its own
+    std::vector<std::string> setupOption;
+    std::string stop;  // the stop character as the emulator's log shows it
+    int status;
+  };
+  const std::vector<Case> cases = {
+      {"", {}, "<CR>", 0},
+      {"framed.DPM", {"--setup", "framed.DPM"}, "#", 0},
+      // Records framed otherwise than the setup in hand says never end.
+      {"framed.DPM", {}, "#", 1},
+  };
+  for (const Case& c : cases) {
+    std::vector<std::string> emulatorOptions = {"--input", "0.05", "--noise", "0.002", "--rate", "50", "--log-records"};
+    if (!c.emulatorSetup.empty())
+      emulatorOptions.insert(emulatorOptions.end(), {"--image", (folder / c.emulatorSetup).string()});
+    EmulatorProcess meter(folder / "COM1", emulatorOptions);
+    std::vector<std::string> args = {"capture", "--seconds", "1.5", "--csv", "readings.csv"};
+    args.insert(args.end(), c.setupOption.begin(), c.setupOption.end());
+    const CliResult capture = Run(args);
+    ASSERT_EQ(capture.status, c.status) << capture.err;
+    const std::vector<std::string> sent = SentRecords(meter, c.stop);
+    ASSERT_GE(sent.size(), 50u) << "the meter streamed for the whole capture";
+    if (c.status != 0) {
+      EXPECT_NE(capture.err.find("No readings came from the meter"), std::string::npos) << capture.err;
+      continue;
+    }
+    std::istringstream csv(FileText(folder / "readings.csv"));
+    std::string line;
+    std::getline(csv, line);
+    EXPECT_EQ(line, "time,record,number\r");
+    // From the first whole record on, each line is a record the meter sent, in order,
+    // with the time it came and its number.
+    auto next = sent.begin() + 1;
+    std::string lastTime;
+    int lines = 0;
+    for (; std::getline(csv, line); ++lines) {
+      const std::size_t quote = line.find(",\"");
+      const std::size_t close = line.rfind("\",");
+      ASSERT_TRUE(quote == 24 && close != std::string::npos) << line;
+      const std::string time = line.substr(0, quote);
+      const std::string record = line.substr(quote + 2, close - quote - 2);
+      EXPECT_TRUE(time[4] == '-' && time[10] == 'T' && time[19] == '.' && time.back() == 'Z') << time;
+      EXPECT_GE(time, lastTime);
+      lastTime = time;
+      if (lines == 0) {
+        EXPECT_EQ(record, *next) << "the first whole record";
+      }
+      next = std::find(next, sent.end(), record);
+      ASSERT_NE(next, sent.end()) << record << " was not sent, or not in this order";
+      ++next;
+      const std::size_t digits = record.find_first_of("+-0123456789");
+      EXPECT_EQ(line.substr(close + 2), std::to_string(std::stoi(record.substr(digits))) + "\r") << line;
+    }
+    EXPECT_GE(lines, 40) << "about fifty records a second";
+    EXPECT_EQ(capture.err, std::to_string(lines) + " readings\n");
+  }
+}
+
 TEST_F(CliTest, BadCommandLinesAndFilesExitWithTwoAndNameTheCause) {
   WriteFile("one-line.DPM", kDcImage + "\r\n");
   WriteSetup("short.DPM", kDcImage.substr(0, 57));
@@ -145,6 +219,8 @@ TEST_F(CliTest, BadCommandLinesAndFilesExitWithTwoAndNameTheCause) {
       {{"read", "--baud", "1234"}, "--baud 1234: not a rate"},
       {{"read", "--address=W"}, "--address W: not a meter address"},
       {{"read", "--port", "0"}, "--port 0: neither a port number"},
+      {{"capture", "--csv", "x.csv"}, "capture needs --seconds N and --csv FILE"},
+      {{"capture", "--seconds", "-1", "--csv", "x.csv"}, "--seconds -1: not a number of seconds"},
       {{"read", "--port", "/dev/no-such-line"}, "--port /dev/no-such-line: no such device"},
       {{"show", "missing.DPM"}, "missing.DPM: no such file"},
       {{"show", "one-line.DPM"}, "one-line.DPM: not a setup file"},
@@ -167,7 +243,7 @@ TEST_F(CliTest, BadCommandLinesAndFilesExitWithTwoAndNameTheCause) {
 }
 
 TEST_F(CliTest, EveryCommandHasItsHelp) {
-  for (const std::string command : {"get", "put", "show", "diff", "read"}) {
+  for (const std::string command : {"get", "put", "show", "diff", "read", "capture"}) {
     const CliResult help = Run({command, "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.out.rfind("Usage: dpm-cli " + command, 0), 0u) << help.out;

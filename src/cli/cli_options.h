@@ -10,7 +10,8 @@ namespace dpm::cli {
 
 // Exit statuses.
 inline constexpr int kSuccess = 0;
-inline constexpr int kMeterFailed = 1;  // also: diff found differences
+inline constexpr int kMeterFailed = 1;
+inline constexpr int kFilesDiffer = 1;  // diff, as diff(1) has it
 inline constexpr int kBadUsage = 2;     // a bad command line, a bad file, a bad settings file
 
 // A command line that cannot be obeyed, or a file that is not what it should be; the text

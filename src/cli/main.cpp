@@ -71,7 +71,7 @@ int RunDiff(const Options& options) {
   const std::vector<FieldLine> after = ForFile(b, ListFields);
   const std::vector<FieldChange> changes = DiffFields(before, after);
   PrintLines(FormatChanges(changes));
-  return changes.empty() ? kSuccess : kMeterFailed;
+  return changes.empty() ? kSuccess : kFilesDiffer;
 }
 
 // A file is written after the meter has been talked to; a folder that is not there is

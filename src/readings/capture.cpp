@@ -1,5 +1,8 @@
 #include "readings/capture.h"
 
+#include <cmath>
+#include <limits>
+
 #include "link/globals.h"
 #include "platform/faults.h"
 #include "platform/numeric.h"
@@ -158,10 +161,19 @@ std::optional<std::string_view> CleanRecord(std::string_view record) {
   return record.substr(first);
 }
 
+// A record garbled on the line can spell a number no reading has ("+0004d0500050." reads
+// as 4 x 10^500050): it counts as a record without a number, not as a fault.
 std::optional<float> RecordNumber(std::string_view record) {
   const std::optional<std::string_view> cleaned = CleanRecord(record);
   if (!cleaned) return std::nullopt;
-  return static_cast<float>(LeadingNumber(*cleaned));
+  double value = 0.0;
+  try {
+    value = LeadingNumber(*cleaned);
+  } catch (const OverflowFault&) {
+    return std::nullopt;
+  }
+  if (!std::isfinite(value) || std::fabs(value) > std::numeric_limits<float>::max()) return std::nullopt;
+  return static_cast<float>(value);
 }
 
 }  // namespace dpm

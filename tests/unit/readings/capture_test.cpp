@@ -190,6 +190,8 @@ TEST_F(CaptureTest, NumberOfARecord) {
       {"kg 12", 12.0f},      {",5", 5.0f},       {"/3", 3.0f},     {"+1 2 3", 123.0f},
       {"+OVLOAD", 0.0f},     {"OVLOAD", {}},     {"", {}},         {"\x02\x03", {}},
       {"+99999.", 99999.0f}, {"-00001.", -1.0f}, {"1E3", 1000.0f},
+      // Garbled on the line: beyond any reading, so no number at all.
+      {"+0004d0500050.", {}}, {"-1E39", {}},
   };
   for (const Case& c : cases) EXPECT_EQ(RecordNumber(c.record), c.number) << c.record;
 }

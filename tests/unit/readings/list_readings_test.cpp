@@ -33,6 +33,8 @@ class ListReadingsTest : public FormsTest {
     time.AddTicker([](uint32_t) { Forms().ServeTimers(); });
     frmMMenu().Show();
   }
+  // The screens let go of the line before it goes.
+  ~ListReadingsTest() override { Forms().Reset(); }
 
   // Opens the list; its grid takes three columns of the measuring record's width: eight
   // characters of 120 twips and the margin of 90, three times, in a grid 3200 twips wide.

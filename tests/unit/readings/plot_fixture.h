@@ -37,6 +37,8 @@ class ChartTest : public FormsTest {
     line.SetPortOpen(true);
     frmMMenu().Show();
   }
+  // The screens let go of the line before it goes.
+  ~ChartTest() override { Forms().Reset(); }
 
   // Types the scale into the boxes as the user does, Enter after each, and presses OK.
   void GiveScale(ChartScreen& chart, const std::string& mid, const std::string& small, const std::string& count) {

@@ -1,5 +1,7 @@
 #include "setup/main_menu.h"
 
+#include "calibration/calibration.h"
+
 #include <initializer_list>
 
 #include "help/app_help.h"
@@ -170,9 +172,10 @@ void MainMenu::mnuCmds_Click() { OnHeading(kCommandsHelp); }
 void MainMenu::mnuMRdgs_Click() { OnHeading(kReadingsHelp); }
 void MainMenu::mnuJmps_Click() { OnHeading(kJumpersHelp); }
 
+// The calibration screen asks the meter what board it carries as it loads, and shows.
 void MainMenu::mnuCalib_Click() {
   OnHeading(kCalibrationHelp);
-  // Opens the calibration screen once it is part of the program.
+  frmCalib();
 }
 
 void MainMenu::mnuMHelp_Click() {

@@ -93,6 +93,7 @@ struct ControlEvents {
   std::function<void()> LostFocus;
   std::function<void()> Change;
   std::function<void()> SelChange;  // a grid's current cell moved by the user
+  std::function<void()> DropDown;   // a combo box's list is about to open
   std::function<void()> Timer;
   std::function<void(int& keyCode, int shift)> KeyDown;
   std::function<void(int& keyCode, int shift)> KeyUp;

@@ -113,6 +113,10 @@ void ComboBox::UserSetText(const std::string& text) {
   RaiseChange();
 }
 
+void ComboBox::UserDropDown() {
+  if (AcceptsUser()) Raise(on.DropDown);
+}
+
 // Check box and option button.
 
 void CheckBox::SetValue(int value) {

@@ -105,6 +105,8 @@ class ComboBox : public ListControl {
       : ListControl(owner, ControlKind::ComboBox, std::move(name), container, index) {}
   // The user typed into an editable combo box.
   void UserSetText(const std::string& text);
+  // The user opens the list.
+  void UserDropDown();
 };
 
 class ListBox : public ListControl {

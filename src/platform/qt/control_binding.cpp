@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -335,6 +336,7 @@ class ComboBinding : public WidgetBinding {
         FromUser([&text](Control& c) { static_cast<ComboBox&>(c).UserSetText(text.toStdString()); });
       });
     }
+    combo.installEventFilter(this);
   }
 
  protected:
@@ -351,8 +353,20 @@ class ComboBinding : public WidgetBinding {
       combo_.setEditText(QString::fromStdString(list.Text()));
     }
   }
+  // The list opens on a press of the mouse, F4 or Alt+Down: the screen hears of it first.
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (ListOpens(event)) FromUser([](Control& c) { static_cast<ComboBox&>(c).UserDropDown(); });
+    return false;
+  }
 
  private:
+  static bool ListOpens(QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress) return static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+    if (event->type() != QEvent::KeyPress) return false;
+    const auto* key = static_cast<QKeyEvent*>(event);
+    return key->key() == Qt::Key_F4 || (key->key() == Qt::Key_Down && (key->modifiers() & Qt::AltModifier));
+  }
+
   QComboBox& combo_;
 };
 

@@ -132,7 +132,12 @@ class Calibration : public Form {
 
   int16_t ListIndex() const { return static_cast<int16_t>(cboRange.ListIndex()); }
   int Row() const { return grdList.Row(); }
-  void SetCell(int col, const std::string& text) { grdList.SetTextMatrix(Row(), col, text); }
+  // Writes a cell of the current row and makes it the current cell, so that the next Ready
+  // clears the "Set Input" it may hold.
+  void SetCell(int col, const std::string& text) {
+    grdList.SetCol(col);
+    grdList.SetText(text);
+  }
   void ClearCells(int row, int fromCol);
   void DisableAccept(int row);
   void ShowJumperPicture();

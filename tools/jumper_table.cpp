@@ -155,7 +155,8 @@ Row ReadRow(Words& words, const char* what) {
   row.count = words.Size(what);
   if (row.count > kMaxPositions) throw SourceError(words.Line(), std::string("at most 9 ") + what);
   const std::string way = words.Word("across or down");
-  if (way != "across" && way != "down") throw SourceError(words.Line(), "a row goes across or down, not \"" + way + "\"");
+  if (way != "across" && way != "down")
+    throw SourceError(words.Line(), "a row goes across or down, not \"" + way + "\"");
   row.down = way == "down";
   words.End();
   return row;
@@ -166,9 +167,11 @@ std::map<std::string, std::set<int>> ReadSettings(Words& words, const Board& boa
   std::map<std::string, std::set<int>> placed;
   while (const std::optional<std::string> word = words.OptionalWord()) {
     const std::size_t equals = word->find('=');
-    if (equals == std::string::npos) throw SourceError(words.Line(), "a jumper is BLOCK=POSITION, not \"" + *word + "\"");
+    if (equals == std::string::npos)
+      throw SourceError(words.Line(), "a jumper is BLOCK=POSITION, not \"" + *word + "\"");
     const std::string name = word->substr(0, equals);
-    const auto block = std::find_if(board.blocks.begin(), board.blocks.end(), [&](const Row& b) { return b.name == name; });
+    const auto block =
+        std::find_if(board.blocks.begin(), board.blocks.end(), [&](const Row& b) { return b.name == name; });
     if (block == board.blocks.end()) throw SourceError(words.Line(), "the board has no block \"" + name + "\"");
     std::set<int>& positions = placed[name];
     std::size_t at = equals + 1;

@@ -31,9 +31,9 @@ struct JumperSheet {
   std::string form;
   std::string caption;
   int16_t helpContext = 0;
-  std::string board;          // the drawing of the board, a picture file of the program's folder
-  bool hasText = true;        // whether the screen shows its help text in "lblText"
-  std::string note;           // a note printed under the help text, which is then cut short
+  std::string board;    // the drawing of the board, a picture file of the program's folder
+  bool hasText = true;  // whether the screen shows its help text in "lblText"
+  std::string note;     // a note printed under the help text, which is then cut short
   std::vector<JumperLabel> labels;
 };
 
@@ -43,8 +43,8 @@ inline constexpr std::size_t kTextBeforeNote = 534;
 // The screens, in the order of the Jumpers menu; the RS232/485 board without revision
 // letter, which no menu item leads to, last.
 inline constexpr std::array<const char*, 10> kJumperForms = {
-    "frmJDCSC",   "frmJDCSCM",  "frmJTempSC", "frmJRMSSC",  "frmJLCSC",
-    "frmJPS",     "frmJRS232F", "frmJRS232G", "frmJRS485G", "frmJRS232",
+    "frmJDCSC", "frmJDCSCM",  "frmJTempSC", "frmJRMSSC",  "frmJLCSC",
+    "frmJPS",   "frmJRS232F", "frmJRS232G", "frmJRS485G", "frmJRS232",
 };
 
 const std::vector<JumperSheet>& JumperSheets();

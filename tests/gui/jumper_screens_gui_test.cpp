@@ -10,8 +10,8 @@
 #include "forms_gui_fixture.h"
 #include "help/jumper_diagrams.h"
 #include "link/meter_type.h"
-#include "platform/faults.h"
 #include "platform/fake/fake_serial_line.h"
+#include "platform/faults.h"
 #include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_units.h"
 #include "setup/main_menu.h"
@@ -60,7 +60,9 @@ TEST_F(JumperWindows, LoadCellFromTheMainMenu) {
   EXPECT_EQ(window->windowTitle(), "Load Cell Signal Conditioner Jumpers");
   EXPECT_EQ(Find<QLabel>(window, "lblPin_0")->text(), "6 + Sense");
   EXPECT_EQ(Find<QLabel>(window, "lblPin_5")->text(), "1 -10V Excitation");
-  EXPECT_TRUE(Find<QLabel>(window, "lblText")->text().endsWith("Note: Click on Jumpers/Power Supply to select jumper for 10V excitation."));
+  EXPECT_TRUE(Find<QLabel>(window, "lblText")
+                  ->text()
+                  .endsWith("Note: Click on Jumpers/Power Supply to select jumper for 10V excitation."));
   const QPixmap board = Find<QLabel>(window, "imgBoard")->pixmap();
   ASSERT_FALSE(board.isNull());
   EXPECT_NE(board.toImage().pixelColor(200, 150), QColor(0xF4, 0xF4, 0xF0)) << "the board is painted";

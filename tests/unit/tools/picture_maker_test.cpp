@@ -142,8 +142,8 @@ TEST(PictureMaker, DrawsAJumperPictureFromTheTable) {
     int x, y;
     uint32_t colour;
   } pixels[] = {
-      {101, 51, tools::kPinColour},   {101, 59, tools::kPinColour},   {112, 54, tools::kShuntColour},
-      {111, 60, tools::kShuntColour}, {121, 51, tools::kPinColour},   {30, 100, tools::kBoardColour},
+      {101, 51, tools::kPinColour},       {101, 59, tools::kPinColour}, {112, 54, tools::kShuntColour},
+      {111, 60, tools::kShuntColour},     {121, 51, tools::kPinColour}, {30, 100, tools::kBoardColour},
       {2, 100, tools::kJumperBackground},
   };
   for (const auto& p : pixels) EXPECT_EQ(bmp.Pixel(p.x, p.y), p.colour) << p.x << "," << p.y;
@@ -157,10 +157,10 @@ TEST(PictureMaker, ReportsMistakesOfTheJumperTable) {
     std::string source;
     int line;
   } cases[] = {
-      {board + "jumpers 7 B \"x\" JP2=1\n", 4},     // no such block
-      {board + "jumpers 7 B \"x\" JP1=4\n", 4},     // no such position
-      {board + "jumpers 7 C \"x\"\n", 4},           // no such board
-      {board + "jumpers 7 B \"x\nend\n", 4},        // no closing quote
+      {board + "jumpers 7 B \"x\" JP2=1\n", 4},  // no such block
+      {board + "jumpers 7 B \"x\" JP1=4\n", 4},  // no such position
+      {board + "jumpers 7 C \"x\"\n", 4},        // no such board
+      {board + "jumpers 7 B \"x\nend\n", 4},     // no closing quote
       {board + "jumpers 7 B \"x\"\njumpers 7 B \"y\"\n", 5},
       {"board B \"Test\"\n  block JP1 10 20 3 sideways\nend\n", 2},
   };

@@ -144,6 +144,10 @@ JumperDiagram::JumperDiagram(const JumperSheet& sheet) : Form(sheet.form, sheet.
   }
   on.Load = [this] { Form_Load(); };
   on.Activate = [this] { Form_Activate(); };
+  // The next help text must not go to a screen that is gone.
+  on.Unload = [this](int&) {
+    if (HelpForm == this) HelpForm = nullptr;
+  };
   cmdOK.on.Click = [this] { cmdOK_Click(); };
   cmdPrinter.on.Click = [this] { cmdPrinter_Click(); };
 }

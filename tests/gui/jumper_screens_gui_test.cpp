@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QDir>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -42,6 +43,31 @@ TEST_F(JumperWindows, EveryScreenHasAWidgetOfItsKindForEachControl) {
   }
   frmApp().Show();
   ExpectEveryControlHasItsWidget(frmApp());
+}
+
+// A label that lists the pins of a connector in one text breaks its lines between the pins:
+// one line a pin, as many lines as the connector has pins.
+TEST_F(JumperWindows, PinListsBreakBetweenThePins) {
+  const struct {
+    const char* form;
+    const char* label;
+  } lists[] = {{"frmJRS232F", "lblPin_0"},
+               {"frmJRS232G", "lblPin_0"},
+               {"frmJRS485G", "lblPin_0"},
+               {"frmJRS485G", "lblPin_1"},
+               {"frmJRS232", "lblPin_0"}};
+  for (const auto& list : lists) {
+    SCOPED_TRACE(std::string(list.form) + " " + list.label);
+    JumperDiagram& screen = JumperScreen(list.form);
+    screen.Show();
+    auto* label = Find<QLabel>(qt::WindowOf(screen), list.label);
+    ASSERT_TRUE(label->wordWrap());
+    const QFontMetrics metrics(label->font());
+    const QRect wrapped = metrics.boundingRect(label->contentsRect(), Qt::TextWordWrap, label->text());
+    EXPECT_EQ(wrapped.height() / metrics.lineSpacing(), 6);
+    EXPECT_LE(wrapped.height(), label->height()) << "every pin shows";
+    screen.Unload();
+  }
 }
 
 // Jumpers > Load Cell on the main menu's window: the board drawn, its pins beside it, the

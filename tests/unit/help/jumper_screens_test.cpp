@@ -168,6 +168,7 @@ TEST_F(JumperScreens, EachMenuItemOpensItsBoard) {
     EXPECT_EQ(dialogs.printedForms.back(), c.form);
     screen.cmdOK.UserClick();
     EXPECT_FALSE(Forms().IsLoaded(c.form));
+    EXPECT_EQ(HelpForm, nullptr) << "no text goes to a screen that is gone";
     EXPECT_TRUE(menu.IsActive());
   }
   EXPECT_TRUE(dialogs.messages.empty());

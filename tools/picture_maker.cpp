@@ -1,5 +1,8 @@
 #include "picture_maker.h"
 
+#include "pixel_font.h"
+#include "source_words.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -106,54 +109,6 @@ void DrawDigits(Image& image, int x, int y, int height, uint32_t colour, const s
   }
 }
 
-// One line of the source, taken apart.
-class Words {
- public:
-  Words(const std::string& text, int line) : in_(text), line_(line) {}
-
-  std::string Word(const char* what) {
-    std::string word;
-    if (!(in_ >> word)) throw SourceError(line_, std::string("missing ") + what);
-    return word;
-  }
-  int Number(const char* what) {
-    const std::string word = Word(what);
-    char* end = nullptr;
-    const long value = std::strtol(word.c_str(), &end, 10);
-    if (*end != '\0' || value < -100000 || value > 100000) throw SourceError(line_, std::string("bad ") + what);
-    return static_cast<int>(value);
-  }
-  int Size(const char* what) {
-    const int value = Number(what);
-    if (value < 1 || value > 10000) throw SourceError(line_, std::string("bad ") + what);
-    return value;
-  }
-  uint32_t Colour() {
-    const std::string word = Word("colour");
-    if (word.size() != 6 || word.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
-      throw SourceError(line_, "a colour is RRGGBB in hexadecimal, not \"" + word + "\"");
-    return static_cast<uint32_t>(std::strtoul(word.c_str(), nullptr, 16));
-  }
-  std::optional<int> OptionalNumber(const char* what) {
-    in_ >> std::ws;
-    if (in_.eof()) return std::nullopt;
-    return Number(what);
-  }
-  std::string Rest() {
-    std::string rest;
-    std::getline(in_ >> std::ws, rest);
-    return rest;
-  }
-  void End() {
-    std::string extra;
-    if (in_ >> extra) throw SourceError(line_, "unexpected \"" + extra + "\"");
-  }
-
- private:
-  std::istringstream in_;
-  int line_;
-};
-
 void DrawShape(Image& image, const std::string& shape, Words& words, int line) {
   if (shape == "fill" || shape == "frame") {
     const int x = words.Number("x"), y = words.Number("y");
@@ -187,6 +142,14 @@ void DrawShape(Image& image, const std::string& shape, Words& words, int line) {
     const int h = words.Size("height");
     const uint32_t colour = words.Colour();
     DrawDigits(image, x, y, h, colour, words.Rest(), line);
+  } else if (shape == "text") {
+    const int x = words.Number("x"), y = words.Number("y");
+    const int scale = words.Size("scale");
+    const uint32_t colour = words.Colour();
+    const std::string text = words.Rest();
+    for (char c : text)
+      if (!HasGlyph(c)) throw SourceError(line, std::string("the font has no figure for \"") + c + "\"");
+    DrawText(image, x, y, scale, colour, text);
   } else {
     throw SourceError(line, "unknown shape \"" + shape + "\"");
   }
@@ -205,8 +168,7 @@ std::vector<Picture> DrawPictures(std::istream& source) {
   int line = 0;
   while (std::getline(source, text)) {
     ++line;
-    text = text.substr(0, text.find('#'));
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\r' || text.back() == '\t')) text.pop_back();
+    text = WithoutComment(text);
     Words words(text, line);
     std::string first;
     if (std::istringstream(text) >> first) words.Word("keyword");

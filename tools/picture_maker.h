@@ -16,10 +16,16 @@
 //     line X1 Y1 X2 Y2 COLOUR [WIDTH]      a straight line, WIDTH pixels thick (1)
 //     triangle X1 Y1 X2 Y2 X3 Y3 COLOUR    a filled triangle
 //     digits X Y HEIGHT COLOUR TEXT        seven-segment figures: 0-9, "-", " ", "."
+//     text X Y SCALE COLOUR TEXT           TEXT to the end of the line in the built-in pixel
+//                                          font (pixel_font.h): printable ASCII, a character
+//                                          6 by 8 pixels, each pixel SCALE by SCALE
 //   end
 //
 // Coordinates are pixels from the top left corner; colours are RRGGBB in hexadecimal.
 // Everything after "#" is a comment. Shapes are drawn in order and clipped to the picture.
+//
+// The jumper pictures have a source of their own, a table of boards and jumper settings
+// (jumper_table.h); the tool reads it when started with --jumpers.
 namespace dpm::tools {
 
 struct Image {

@@ -119,19 +119,20 @@ void ReportHelpFault(const std::string& fault) {
   if (Dialogs* dialogs = Platform().dialogs) dialogs->MessageBox(MessageIcon::Exclamation, "Help", fault);
 }
 
-void ShowHelpText() {
+bool ShowHelpText() {
   g.EntryReturnFlag = 0;
   const HelpItem item = ReadHelpItem(g.HelpContext);
   if (!item.Read()) {
     ReportHelpFault(item.fault);
-    return;
+    return false;
   }
   std::string text = item.text;
   std::replace(text.begin(), text.end(), kHelpLineEnd, ' ');
   const std::vector<Form*> loaded = Forms().LoadedForms();
-  if (HelpForm == nullptr || std::find(loaded.begin(), loaded.end(), HelpForm) == loaded.end()) return;
+  if (HelpForm == nullptr || std::find(loaded.begin(), loaded.end(), HelpForm) == loaded.end()) return true;
   Control* label = HelpForm->FindControl("lblText");
   if (label != nullptr && label->Kind() == ControlKind::Label) static_cast<Label*>(label)->SetCaption(text);
+  return true;
 }
 
 }  // namespace dpm

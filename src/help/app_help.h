@@ -54,8 +54,9 @@ void ShowAppHelp();
 extern Form* HelpForm;
 
 // Puts the item of g.HelpContext into the "lblText" label of HelpForm, its "$" line ends
-// turned into blanks, for the label to wrap as it fits.
-void ShowHelpText();
+// turned into blanks, for the label to wrap as it fits. False, after a short message to the
+// user, when the item could not be read.
+bool ShowHelpText();
 
 // Tells the user that a help item could not be read.
 void ReportHelpFault(const std::string& fault);

@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "help/app_help.h"
+#include "help/jumper_diagrams.h"
 #include "help/setup_help.h"
 #include "link/globals.h"
 #include "link/transport.h"
@@ -239,17 +240,25 @@ void MainMenu::mnuGraph_Click() {
   DefaultPointer();
 }
 
-// The screens behind these items are not part of the program yet; the items stay in the
-// menu and do nothing.
-void MainMenu::mnuDC_Click() {}
-void MainMenu::mnuDCM_Click() {}
-void MainMenu::mnuTemperature_Click() {}
-void MainMenu::mnuRMS_Click() {}
-void MainMenu::mnuLoadCell_Click() {}
-void MainMenu::mnuPS_Click() {}
-void MainMenu::mnuRS232F_Click() {}
-void MainMenu::mnuRS232G_Click() {}
-void MainMenu::mnuRS485G_Click() {}
+// The jumper screens open beside the main menu, which stays up; OK on a screen unloads it.
+// The hourglass covers the loading of the board's picture and help text.
+void MainMenu::ShowJumpers(const char* form) {
+  if (Dialogs* dialogs = Platform().dialogs) dialogs->SetHourglass(true);
+  JumperScreen(form).Show();
+  DefaultPointer();
+}
+
+void MainMenu::mnuDC_Click() { ShowJumpers("frmJDCSC"); }
+void MainMenu::mnuDCM_Click() { ShowJumpers("frmJDCSCM"); }
+void MainMenu::mnuTemperature_Click() { ShowJumpers("frmJTempSC"); }
+void MainMenu::mnuRMS_Click() { ShowJumpers("frmJRMSSC"); }
+void MainMenu::mnuLoadCell_Click() { ShowJumpers("frmJLCSC"); }
+void MainMenu::mnuPS_Click() { ShowJumpers("frmJPS"); }
+void MainMenu::mnuRS232F_Click() { ShowJumpers("frmJRS232F"); }
+void MainMenu::mnuRS232G_Click() { ShowJumpers("frmJRS232G"); }
+void MainMenu::mnuRS485G_Click() { ShowJumpers("frmJRS485G"); }
+// The RS232/485 board before its revision letters: no item of the menu leads here.
+void MainMenu::mnuRS232_Click() { ShowJumpers("frmJRS232"); }
 
 MainMenu& frmMMenu() { return Forms().Use<MainMenu>(); }
 

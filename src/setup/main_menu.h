@@ -110,8 +110,10 @@ class MainMenu : public Form {
   void mnuRS232F_Click();
   void mnuRS232G_Click();
   void mnuRS485G_Click();
+  void mnuRS232_Click();
 
  private:
+  void ShowJumpers(const char* form);
   void ConnectHandlers();
   void OnHeading(int helpContext);
 };

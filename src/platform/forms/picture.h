@@ -120,6 +120,10 @@ class PictureBox : public Control {
   ImageSaver saver_;
 };
 
+// The file of the program's picture number N: "Jumper<N>.BMP" in the program's folder, the
+// jumper setting of a calibration range.
+inline std::string PictureFileOfNumber(int number) { return "Jumper" + std::to_string(number) + ".BMP"; }
+
 // Loads a picture file from the program's folder, or a picture of the program's own by
 // number. A missing picture is a FileFault.
 PictureRef LoadPicture(const std::string& fileName);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QImageReader>
 
+#include "platform/forms/picture.h"
 #include "platform/qt/qt_units.h"
 
 namespace dpm::qt {
@@ -20,13 +21,9 @@ QString PathOfFile(const std::string& fileName) {
   return {};
 }
 
-QString PathOfNumber(int number) {
-  for (const char* suffix : {".png", ".bmp"}) {
-    const QString path = QStringLiteral(":/pictures/") + QString::number(number) + QLatin1String(suffix);
-    if (QFileInfo::exists(path)) return path;
-  }
-  return {};
-}
+// The program's numbered pictures are the jumper settings of the calibration ranges, drawn
+// at build time into the program's folder as "Jumper<number>.BMP".
+QString PathOfNumber(int number) { return PathOfFile(PictureFileOfNumber(number)); }
 
 std::optional<PictureRef> RefOf(const QString& path, PictureRef ref) {
   if (path.isEmpty()) return std::nullopt;

@@ -10,8 +10,8 @@
 namespace dpm::qt {
 
 // Pictures by file name from the program's folder (the current directory; the name is
-// matched without regard to case when it is not there as written), or by number from the
-// program's resources (":/pictures/<number>.png" or ".bmp").
+// matched without regard to case when it is not there as written), or by number: picture N
+// is the file "Jumper<N>.BMP" of that folder (PictureFileOfNumber).
 std::optional<PictureRef> FindPictureFile(const std::string& fileName);
 std::optional<PictureRef> FindPictureNumber(int number);
 

@@ -31,9 +31,11 @@ inline constexpr uint16_t kNominalZero = 0x0000;
 // The current source word is written as a signed word, so its nominal value sits in the
 // middle of the positive half.
 inline constexpr uint16_t kNominalRtdCurrent = 0x4000;
-// Cold junction gains at the ice point, for the J, K, N, E and the T, S, R groups.
-inline constexpr uint16_t kColdJunctionGainJkne = 0x6F10;
-inline constexpr uint16_t kColdJunctionGainTsr = 0x6DE8;
+// This meter's cold junction gains, for the J, K, N, E and the T, S, R groups. Its junction
+// sensor reads half a degree off, so they stand 53 units above the nominal ice-point words
+// 6F10 and 6DE8, and a calibration that starts from those has something to find.
+inline constexpr uint16_t kColdJunctionGainJkne = 0x6F45;
+inline constexpr uint16_t kColdJunctionGainTsr = 0x6E1D;
 // Degrees of cold junction error per gain word unit and per offset word unit.
 inline constexpr double kColdJunctionGainSlope = 106.5;
 inline constexpr double kColdJunctionOffsetStep = 0.003906;

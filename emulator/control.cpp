@@ -412,7 +412,7 @@ Options:
   --cal-word AA=HHHH     start with word AA (00-FF) holding HHHH; repeatable, and
                          applied after --miscalibrate. The factory words are 0000
                          for zeros and offsets, 8000 for gains, 4000 for the RTD
-                         current source, 6F10 and 6DE8 for the cold junction gains
+                         current source, 6F45 and 6E1D for the cold junction gains
   --input X              the input applied at start, in the units of the range
   --noise X              noise on the input, one standard deviation
   --rate N|max|setup     records a second of the continuous output ("A0"); max

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "emulator/meter.h"
@@ -202,6 +203,81 @@ TEST(EmulatorCalibrationTest, TheWordsTellTheBoard) {
     EXPECT_EQ(words.substr(62, 2), c.code);
     EXPECT_EQ(words[82], c.mode);
     EXPECT_EQ(words.substr(20, 4), c.word1F) << "gain of the first range at factory value";
+  }
+}
+
+// A temperature reading with its decimal point, in degrees.
+double ReadDegrees(Meter& meter) { return std::strtod(Send(meter, "B1").c_str(), nullptr); }
+
+std::string SignedWordHex(double value) { return Hex4(std::lrint(std::clamp(value, -32768.0, 32767.0))); }
+
+TEST(EmulatorCalibrationTest, ColdJunctionRoutineBringsTheIcePointToZero) {
+  struct Case {
+    const char* what;
+    std::string modeRange;
+    std::string gainWord;
+    std::string offsetWord;
+    double gainBase;
+    bool fresh;  // New Calibration; otherwise Fine Adjustment
+  };
+  const Case cases[] = {
+      {"J,K,N,E, new", "41", "1D", "1C", 28432, true},
+      {"T,S,R, new", "49", "2D", "2C", 28136, true},
+      {"J,K,N,E, fine", "41", "1D", "1C", 28432, false},
+      {"T,S,R, fine", "49", "2D", "2C", 28136, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    MeterOptions options;
+    options.conditioner = Conditioner::Temperature;
+    options.miscalibrate = true;
+    options.words = {{0x1A, 0x0000}};  // the amplifier's zero is right: only the junction is off
+    Meter meter(options);
+    Send(meter, "W11000" + c.modeRange);
+    meter.ApplyInput(0.0);  // the thermocouple in an ice-point cell
+    double offset = 0;
+    if (c.fresh) {
+      Send(meter, "W2" + c.gainWord + "6F100000");
+      const double reading = ReadDegrees(meter);
+      EXPECT_NE(reading, 0.0) << "the starting words leave something to correct";
+      const std::string gain = Hex4(std::lrint(std::clamp(reading * 106.5 + c.gainBase, 0.0, 65535.0)));
+      Send(meter, "W2" + c.gainWord + gain + "0000");
+    } else {
+      offset = SignedHex(Send(meter, "X1" + c.offsetWord));
+    }
+    const double reading = ReadDegrees(meter);
+    if (c.fresh) {
+      // From a gain worked out against the wrong base, T,S,R keeps the difference of the
+      // two bases, 296 units, for the offset to take up.
+      EXPECT_NEAR(reading, (28432 - c.gainBase) / 106.5, 0.1) << "after the gain step";
+    } else {
+      EXPECT_NE(reading, 0.0) << "the miscalibrated offset shows";
+    }
+    Send(meter, "W1" + c.offsetWord + SignedWordHex(reading / 0.003906 + offset));
+    EXPECT_NEAR(ReadDegrees(meter), 0.0, 0.1);
+  }
+}
+
+TEST(EmulatorCalibrationTest, RtdCurrentSourceRoutineLandsOnItsCounts) {
+  // 356.13 ohm on the first RTD range stands for 1356.4 degrees F, 13564 counts.
+  for (const std::optional<std::string>& start : {std::optional<std::string>{}, {"3000"}, {"5A00"}}) {
+    SCOPED_TRACE(start.value_or("miscalibrated"));
+    MeterOptions options;
+    options.conditioner = Conditioner::Temperature;
+    options.miscalibrate = true;
+    if (start) options.words.push_back({0x1E, static_cast<uint16_t>(std::strtol(start->c_str(), nullptr, 16))});
+    Meter meter(options);
+    meter.ApplyInput(1356.4);
+    Send(meter, "W62A800080008000800080008000");
+    Send(meter, "W1100050");
+    Send(meter, "W111" + Send(meter, "G130") + "37");
+    Send(meter, "W305000000100001");
+    const long curCal = std::strtol(Send(meter, "X11E").c_str(), nullptr, 16);
+    const double before = ReadCounts(meter);
+    EXPECT_GT(std::fabs(before - 13564), 10);
+    const long d = std::lrint((13564 - before) * 11.3);
+    Send(meter, "W11E" + SignedWordHex(static_cast<double>(d + curCal)));
+    EXPECT_NEAR(ReadCounts(meter), 13564, 1.0);
   }
 }
 

@@ -72,6 +72,7 @@ enum Mode {
   kDcAmps = 3,
   kRmsVolts = 4,
   kRmsAmps = 5,
+  kRatio = 6,
   kStrain = 7,
   kDcMv = 8
 };
@@ -195,7 +196,7 @@ RangeCorrection CorrectionOf(Conditioner board, const InputFacts& facts) {
   RangeCorrection c;
   switch (board) {
     case Conditioner::Dc:
-      if (facts.inputMode == kDcVolts || facts.inputMode == kDcAmps || facts.inputMode == 6) {
+      if (facts.inputMode == kDcVolts || facts.inputMode == kDcAmps || facts.inputMode == kRatio) {
         c.zeroAddress = kZeroWord;
         c.zeroWordsPerCount = kDcZeroPerCount;
       }

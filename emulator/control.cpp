@@ -6,8 +6,12 @@
 #include <fstream>
 #include <sstream>
 
+#include "emulator/calibration_model.h"
+
 namespace dpm::emulator {
 namespace {
+
+std::string_view Trimmed(std::string_view text);
 
 constexpr std::array<int, 7> kBaudTable = {300, 600, 1200, 2400, 4800, 9600, 19200};
 
@@ -117,6 +121,54 @@ bool IsHex2(std::string_view text) {
          std::isxdigit(static_cast<unsigned char>(text[1]));
 }
 
+std::optional<int> HexNumber(std::string_view text, std::size_t digits) {
+  if (text.size() != digits) return std::nullopt;
+  int value = 0;
+  for (char c : text) {
+    if (!std::isxdigit(static_cast<unsigned char>(c))) return std::nullopt;
+    value = value * 16 + (std::isdigit(static_cast<unsigned char>(c)) ? c - '0' : std::toupper(c) - 'A' + 10);
+  }
+  return value;
+}
+
+// "ADDR=HHHH" or "ADDR HHHH": two hexadecimal digits of address, four of value.
+std::optional<std::pair<int, uint16_t>> ParseWordSetting(std::string_view text) {
+  const std::size_t separator = text.find_first_of("= ");
+  if (separator == std::string_view::npos) return std::nullopt;
+  const auto address = HexNumber(text.substr(0, separator), 2);
+  const auto value = HexNumber(Trimmed(text.substr(separator + 1)), 4);
+  if (!address || !value) return std::nullopt;
+  return std::pair{*address, static_cast<uint16_t>(*value)};
+}
+
+std::string AddressText(int address) { return WordText(static_cast<uint16_t>(address)).substr(2); }
+
+// The calibration words of the fitted board, one a line, with the values they hold.
+std::string CalibrationWordsText(const Meter& meter) {
+  std::string text;
+  for (const CalibrationWord& word : CalibrationWordsOf(meter.FittedConditioner())) {
+    if (!text.empty()) text += '\n';
+    const uint16_t value = meter.Memory().Word(word.address);
+    text += "word " + AddressText(word.address) + " " + WordText(value) + "  " + RoleName(word.role) +
+            (value == word.factory ? "" : " (factory " + WordText(word.factory) + ")");
+  }
+  return text;
+}
+
+// "word AA" shows a word of the meter's memory, "word AA HHHH" sets it.
+ControlResult WordControl(std::string_view value, Meter& meter) {
+  const std::string usage = "usage: word AA [HHHH], an address 00-FF and four hexadecimal digits to set it";
+  if (value.size() == 2) {
+    const auto address = HexNumber(value, 2);
+    if (!address) return {false, usage};
+    return {false, "word " + AddressText(*address) + " " + WordText(meter.Memory().Word(*address))};
+  }
+  const auto word = ParseWordSetting(value);
+  if (!word) return {false, usage};
+  meter.Memory().SetWord(word->first, word->second);
+  return {false, "word " + AddressText(word->first) + " " + WordText(word->second)};
+}
+
 // Records a second: a number, 0 or "max" for back to back, "setup" for the setup's own rate.
 std::optional<std::string> ParseRate(std::string_view text, PortOptions& port) {
   if (text == "setup") {
@@ -170,6 +222,10 @@ std::optional<std::string> ParseValued(std::string_view name, std::string_view v
     meter.optionRegister = static_cast<uint8_t>(std::stoi(std::string(value), nullptr, 16));
   } else if (name == "--rate") {
     if (auto error = ParseRate(value, options.port)) return error;
+  } else if (name == "--cal-word") {
+    const auto word = ParseWordSetting(value);
+    if (!word) return "--cal-word is ADDR=HHHH: a word address 00-FF and four hexadecimal digits";
+    meter.words.push_back(*word);
   } else if (name == "--input" || name == "--noise") {
     const auto number = ParseNumber<double>(value);
     if (!number) return std::string(name) + " takes a number";
@@ -204,6 +260,8 @@ std::optional<std::string> ParseArguments(const std::vector<std::string>& args, 
       options.port.echo = true;
     } else if (arg == "--two-wire") {
       options.port.twoWire = true;
+    } else if (arg == "--miscalibrate") {
+      options.meter.miscalibrate = true;
     } else if (arg == "--log-records") {
       options.port.logRecords = true;
     } else if (arg.starts_with("--")) {
@@ -278,6 +336,8 @@ ControlResult ApplyControlLine(std::string_view line, MeterPort& port) {
   if (word == "help") return {false, ControlHelpText()};
   if (word == "status") return {false, StatusText(meter, port)};
   if (word == "image") return {false, "image " + meter.Image()};
+  if (word == "word") return WordControl(value, meter);
+  if (word == "calibration") return {false, CalibrationWordsText(meter)};
   if (word == "input" || word == "noise" || word == "latency") {
     const auto number = ParseNumber<double>(value);
     if (!number || (word != "input" && *number < 0)) return {false, std::string(word) + " takes a number"};
@@ -346,6 +406,13 @@ Options:
                          setup image, its second the kind (0 basic, 1 extended)
   --options HH           the option register: boards fitted and lockout jumper
                          (default: digits 49-50 of the setup)
+  --miscalibrate         start with every calibration word of the board a little
+                         off (gains by about 0.4 %, zeros by a few counts), so
+                         that the meter needs calibrating
+  --cal-word AA=HHHH     start with word AA (00-FF) holding HHHH; repeatable, and
+                         applied after --miscalibrate. The factory words are 0000
+                         for zeros and offsets, 8000 for gains, 4000 for the RTD
+                         current source, 6F45 and 6E1D for the cold junction gains
   --input X              the input applied at start, in the units of the range
   --noise X              noise on the input, one standard deviation
   --rate N|max|setup     records a second of the continuous output ("A0"); max
@@ -377,6 +444,8 @@ std::string ControlHelpText() {
                   to back, setup for the setup's own output rate
   status          show how the meter is set
   image           print the setup image the meter holds
+  word AA [HHHH]  show word AA (00-FF) of the meter's memory, or set it
+  calibration     list the board's calibration words and what they hold
   quit            remove the link and stop)";
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "emulator/calibration_model.h"
 #include "emulator/data_sheet.h"
 #include "platform/numeric.h"
 #include "setup/default_image.h"
@@ -20,6 +21,9 @@ constexpr int kDataSheetStatusRegister = 0x7F;
 
 // The word whose first digit the kind register looks at.
 constexpr int kProbeWord = 0x15;
+
+// The highest word of the setup image's main run.
+constexpr int kLastImageWord = 0x1D;
 
 constexpr std::array<int, 7> kBaudRates = {300, 600, 1200, 2400, 4800, 9600, 19200};
 
@@ -82,6 +86,7 @@ Meter::Meter(MeterOptions options, std::string_view image) : options_(std::move(
   if (options_.baudIndex)
     memory_.SetByte(kSerialB, static_cast<uint8_t>((memory_.Byte(kSerialB) & 0x8F) | ((*options_.baudIndex & 7) << 4)));
   FitConditioner();
+  InstallCalibration();
   optionRegister_ = options_.optionRegister.value_or(memory_.Byte(kOptionByte));
   if (options_.tedsPresent) SetDataSheet(options_.dataSheet.empty() ? SampleDataSheet() : options_.dataSheet);
 }
@@ -96,6 +101,19 @@ void Meter::FitConditioner() {
   const auto index = static_cast<std::size_t>(conditioner_);
   memory_.SetByte(kModeRangeByte, static_cast<uint8_t>(kFirstModeCode[index] << 4));
   memory_.SetByte(kSigCondCode, static_cast<uint8_t>((memory_.Byte(kSigCondCode) & 0xFC) | kSigCondCodeOf[index]));
+}
+
+// The board's calibration words. Those beyond the setup image hold the factory values. A
+// temperature board keeps its cold junction in words the image holds; a zero gain there
+// comes from a setup made for another board, and the factory value stands instead.
+void Meter::InstallCalibration() {
+  for (const CalibrationWord& word : CalibrationWordsOf(conditioner_)) {
+    const bool inImage = word.address <= kLastImageWord;
+    if (!inImage || (word.role == WordRole::ColdJunctionGain && memory_.Word(word.address) == 0))
+      memory_.SetWord(word.address, word.factory);
+    if (options_.miscalibrate) memory_.SetWord(word.address, MiscalibratedWord(word));
+  }
+  for (const auto& [address, value] : options_.words) memory_.SetWord(address, value);
 }
 
 void Meter::SetDataSheet(std::string_view hexDigits) {
@@ -257,7 +275,7 @@ void Meter::ApplyInput(double value) {
 DisplayReading Meter::TakeReading() {
   double signal = input_;
   if (noise_ > 0.0) signal += std::normal_distribution<double>(0.0, noise_)(random_);
-  const DisplayReading reading = ReadingFor(signal, memory_);
+  const DisplayReading reading = ReadingFor(signal, memory_, conditioner_);
   const auto above = [](const DisplayReading& a, const DisplayReading& b) {
     if (a.overload != b.overload) return a.overload ? a.counts > 0 : b.counts < 0;
     return a.counts > b.counts;

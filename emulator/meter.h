@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "emulator/reading_model.h"
 #include "emulator/setup_memory.h"
@@ -13,8 +15,6 @@
 // command interpreter, readings of an applied input and the continuous output. The line
 // itself (timing, echo, pacing) is MeterPort's business.
 namespace dpm::emulator {
-
-enum class Conditioner { Temperature, Dc, TrueRms, LoadCell };
 
 struct MeterOptions {
   // The plug-in conditioner; without it, the one the setup's mode belongs to.
@@ -33,6 +33,11 @@ struct MeterOptions {
   bool tedsPresent = false;
   std::string dataSheet{};  // 116 hexadecimal digits; empty gives a sample sheet
   uint32_t noiseSeed = 1;
+  // Every calibration word of the board a little off, so that the meter needs calibrating.
+  bool miscalibrate = false;
+  // Words put into memory after all else, as (address, value): calibration words of one's
+  // own choosing.
+  std::vector<std::pair<int, uint16_t>> words{};
 };
 
 class Meter {
@@ -95,6 +100,7 @@ class Meter {
   std::string DataSheetStatus() const;
   void OperatingCommand(char which);
   void FitConditioner();
+  void InstallCalibration();
 
   MeterOptions options_;
   SetupMemory memory_;

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "emulator/calibration_model.h"
 #include "setup/image_positions.h"
 
 namespace dpm::emulator {
@@ -13,6 +14,9 @@ namespace {
 // Ranges of each input mode.
 constexpr std::array<int, 9> kRangeCount = {14, 13, 5, 4, 5, 4, 3, 5, 5};
 constexpr std::array<int, 9> kConditionerOfMode = {0, 0, 1, 1, 2, 2, 1, 3, 3};
+
+constexpr int kDcVoltsMode = 2;
+constexpr double kFullScaleCounts = 20000.0;
 
 int InputModeOf(int modeCode) {
   int mode = modeCode - 4;
@@ -69,7 +73,11 @@ double ScaledCounts(double counts, const SetupMemory& memory) {
 
 }  // namespace
 
-InputFacts DecodeInputFacts(const SetupMemory& memory) {
+Conditioner ConditionerOfInputMode(int inputMode) {
+  return static_cast<Conditioner>(kConditionerOfMode[static_cast<std::size_t>(inputMode)]);
+}
+
+InputFacts DecodeInputFacts(const SetupMemory& memory, std::optional<Conditioner> board) {
   InputFacts f;
   f.inputMode = InputModeOf(memory.Bits(7, 4, kModeRangeByte));
   f.conditioner = kConditionerOfMode[static_cast<std::size_t>(f.inputMode)];
@@ -78,18 +86,20 @@ InputFacts DecodeInputFacts(const SetupMemory& memory) {
   f.resolution = memory.Bits(7, 6, kDisplayByte);
   f.inputDp = InputDpOf(f);
   f.displayDp = f.conditioner == 0 ? ValidDp(f.inputDp) : ValidDp(memory.Bits(2, 0, kDecimalPoint));
+  f.countsPerUnit = PowerOfTen(f.inputDp - 1);
+  if (board == Conditioner::Temperature && f.inputMode == kDcVoltsMode) {
+    if (f.range == kThermocoupleVoltRangeJkne) f.countsPerUnit = kFullScaleCounts / kThermocoupleVoltFullScaleJkne;
+    if (f.range == kThermocoupleVoltRangeTsr) f.countsPerUnit = kFullScaleCounts / kThermocoupleVoltFullScaleTsr;
+  }
   return f;
 }
 
-double CalibratedCounts(double inputCounts, const SetupMemory& /*memory*/, const InputFacts& /*facts*/) {
-  // Calibration words are not acted on yet: every range reads as if freshly calibrated.
-  return inputCounts;
-}
-
-DisplayReading ReadingFor(double input, const SetupMemory& memory) {
-  const InputFacts facts = DecodeInputFacts(memory);
-  const double inputCounts = input * PowerOfTen(facts.inputDp - 1);
-  double counts = ScaledCounts(CalibratedCounts(inputCounts, memory, facts), memory);
+DisplayReading ReadingFor(double input, const SetupMemory& memory, std::optional<Conditioner> board) {
+  const InputFacts facts = DecodeInputFacts(memory, board);
+  const Conditioner fitted = board.value_or(ConditionerOfInputMode(facts.inputMode));
+  const double inputCounts =
+      CorrectedCounts(input * facts.countsPerUnit, memory, CorrectionOf(fitted, facts), facts.inputDp);
+  double counts = ScaledCounts(inputCounts, memory);
   // "Count by ten": the last digit of a reading stays 0.
   if (facts.resolution == 2 && facts.conditioner != 0) counts = std::nearbyint(counts / 10.0) * 10.0;
   counts = std::nearbyint(counts);

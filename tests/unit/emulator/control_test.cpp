@@ -117,5 +117,36 @@ TEST(EmulatorControlTest, ControlLines) {
   EXPECT_TRUE(ApplyControlLine("quit", port).quit);
 }
 
+TEST(EmulatorControlTest, CalibrationWordsFromTheCommandLineAndWhileRunning) {
+  ProgramOptions options;
+  ASSERT_EQ(ParseArguments({"--link", "x", "--miscalibrate", "--cal-word", "1F=7E95", "--cal-word=1a=fff6"}, options),
+            std::nullopt);
+  Meter meter(options.meter);
+  EXPECT_EQ(meter.Memory().Word(0x1F), 0x7E95) << "a word given wins over the miscalibration";
+  EXPECT_EQ(meter.Memory().Word(0x1A), 0xFFF6);
+  EXPECT_NE(meter.Memory().Word(0x20), 0x8000) << "the other gains are off";
+
+  for (const char* wrong : {"1F", "1F=7E9", "1F=7E950", "11F=7E95", "G1=0000", "1F=XXXX"}) {
+    ProgramOptions ignored;
+    EXPECT_NE(ParseArguments({"--link", "x", "--cal-word", wrong}, ignored), std::nullopt) << wrong;
+  }
+
+  // On the 200 mV range at scale 1, 0.1 V reads 10000; a gain word 2621 units low (1 % of
+  // 3.277 x 80000) takes 1 % off.
+  Meter factory;
+  MeterPort port(factory);
+  factory.ApplyInput(0.1);
+  EXPECT_EQ(ApplyControlLine("word 1F", port).message, "word 1F 8000");
+  EXPECT_EQ(ApplyControlLine("word 1f 75c3", port).message, "word 1F 75C3");
+  EXPECT_EQ(factory.Memory().Word(0x1F), 0x75C3);
+  EXPECT_EQ(factory.TakeReading().counts, 9900);
+  const std::string listing = ApplyControlLine("calibration", port).message;
+  EXPECT_NE(listing.find("word 1A 0000  zero\n"), std::string::npos) << listing;
+  EXPECT_NE(listing.find("word 1F 75C3  gain (factory 8000)"), std::string::npos) << listing;
+  for (const char* wrong : {"word", "word 1", "word 1FF", "word 1F 12", "word 1F zzzz"})
+    EXPECT_NE(ApplyControlLine(wrong, port).message.substr(0, 5), "word ") << wrong;
+  EXPECT_EQ(factory.Memory().Word(0x1F), 0x75C3) << "a wrong line changes nothing";
+}
+
 }  // namespace
 }  // namespace dpm::emulator

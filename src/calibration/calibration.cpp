@@ -282,7 +282,8 @@ void Calibration::ShowJumperPicture() {
   if (!picture) {
     imgJump.SetCurrentX(120);
     imgJump.SetCurrentY(120);
-    imgJump.Print("No jumper drawing " + std::to_string(number) + " for this board revision.");
+    imgJump.Print("No jumper drawing " + std::to_string(number));
+    imgJump.Print("for this board revision.");
     imgJump.Print("Choose the other revision.");
   }
 }

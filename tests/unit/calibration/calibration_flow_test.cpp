@@ -324,7 +324,8 @@ TEST_F(CalibrationTest, JumperPictureFollowsTheBoardRevision) {
   // The true RMS board has drawings of the prior revision only.
   Calibration& ac = OpenAt("02", '8', 2);
   EXPECT_TRUE(ac.imgJump.Picture().Empty());
-  EXPECT_EQ(ac.imgJump.PrintedLines().front(), "No jumper drawing 52 for this board revision.");
+  EXPECT_EQ(ac.imgJump.PrintedLines(),
+            (std::vector<std::string>{"No jumper drawing 52", "for this board revision.", "Choose the other revision."}));
 }
 
 }  // namespace

@@ -35,11 +35,7 @@ constexpr const char* kWaitText = "                                             
 // The meter's Offset back to 0 and its Scale to 1, as the screen is left.
 constexpr const char* kPlainScaleCommand = "W305000000100001";
 
-// Reply lengths, in characters with the echo and the line end.
 constexpr int16_t kConditionerReplyChars = 92;
-constexpr int16_t kWordReplyChars = 12;
-constexpr int16_t kReadingReplyChars = 15;
-constexpr int16_t kOptionReplyChars = 10;
 
 // Plus readings of a gain row must reach this many counts, minus readings as many below 0;
 // the 5 A row is calibrated at 2 A and reads a tenth of it.
@@ -318,19 +314,11 @@ void Calibration::cmdReady_Click() {
       outcome = MinusReading();
       break;
     case 3:
-      ProgBase = 0;
-      ProgRate = 1.9f;
-      ProgBar.SetValue(0);
-      Send("C0");
-      DelayC(5);
+      ResetAndSettle(1.9f);
       outcome = NewPlus();
       break;
     case 4:
-      ProgBase = 0;
-      ProgRate = 1.98f;
-      ProgBar.SetValue(0);
-      Send("C0");
-      DelayC(5);
+      ResetAndSettle(1.98f);
       outcome = NewMinus();
       break;
     default:
@@ -346,10 +334,14 @@ void Calibration::EndRun(Outcome outcome) {
 }
 
 void Calibration::ShowInputSignalError() {
+  ShowErrorLine();
+  cmdReady.SetEnabled(true);
+}
+
+void Calibration::ShowErrorLine() {
   lblLine1.SetCaption(kInputSignalErrorText);
   lblLine1.SetForeColor(ColDarkRed);
   lblLine1.SetVisible(true);
-  cmdReady.SetEnabled(true);
 }
 
 // The first reading of a row: the word now in the meter, the meter set up for the range,
@@ -389,12 +381,17 @@ void Calibration::AskForInput(const char* sign, int setInputCol, int16_t nextSte
   ProgBar.SetValue(100);
 }
 
-Calibration::Outcome Calibration::MinusReading() {
+// The meter is reset and given five seconds to settle on the input just changed.
+void Calibration::ResetAndSettle(float progressRate) {
   ProgBase = 0;
-  ProgRate = 0.74f;
+  ProgRate = progressRate;
   ProgBar.SetValue(0);
   Send("C0");
   DelayC(5);
+}
+
+Calibration::Outcome Calibration::MinusReading() {
+  ResetAndSettle(0.74f);
   NegRdg = ReadReading();
   if (NegRdg > -RdgLimit) return Outcome::SignalError;
   SetCell(kColMinus, g.ReplyText);
@@ -555,9 +552,7 @@ void Calibration::RepeatFromPlus(int row) {
 }
 
 void Calibration::RepeatError(int row) {
-  lblLine1.SetCaption(kInputSignalErrorText);
-  lblLine1.SetForeColor(ColDarkRed);
-  lblLine1.SetVisible(true);
+  ShowErrorLine();
   cmdRepeat.SetEnabled(true);
   ClearCells(row, kColPlus);
   DisableAccept(row);
@@ -581,14 +576,8 @@ void Calibration::cmd_Click(int index) {
   SendCal();
   cmd[index].SetCaption("Saved");
   cboRange.SetFocus();
-  for (int row = 1; row < index; ++row) {
-    DisableAccept(row);
-    ClearCells(row, kColPlus);
-  }
-  for (int row = index + 1; row <= stoodAt; ++row) {
-    DisableAccept(row);
-    ClearCells(row, kColPlus);
-  }
+  WipeRows(1, index - 1);
+  WipeRows(index + 1, stoodAt);
   ProgBar.SetValue(100);
   cmdEnd.SetEnabled(true);
 }
@@ -630,6 +619,14 @@ void Calibration::cmdEnd_Click() {
   MainMenu& menu = frmMMenu();
   menu.picInitText.Cls();
   menu.Show();
+}
+
+// Rows that no longer count: their readings and words go, and their buttons.
+void Calibration::WipeRows(int first, int last) {
+  for (int row = first; row <= last; ++row) {
+    DisableAccept(row);
+    ClearCells(row, kColPlus);
+  }
 }
 
 void Calibration::ClearCells(int row, int fromCol) {

@@ -117,6 +117,11 @@ class Calibration : public Form {
  private:
   enum class Outcome { EndOfRun, Stopped, SignalError };
 
+  // Reply lengths, in characters with the echo and the line end.
+  static constexpr int16_t kWordReplyChars = 12;
+  static constexpr int16_t kReadingReplyChars = 15;
+  static constexpr int16_t kOptionReplyChars = 10;
+
   Outcome FirstReading();
   Outcome MinusReading();
   Outcome Correct();
@@ -125,6 +130,9 @@ class Calibration : public Form {
   Outcome Finish();
   void EndRun(Outcome outcome);
   void ShowInputSignalError();
+  void ShowErrorLine();
+  void ResetAndSettle(float progressRate);
+  void WipeRows(int first, int last);
   void RepeatFromPlus(int row);
   void RepeatFromMinus(int row);
   void RepeatError(int row);

@@ -26,10 +26,6 @@ constexpr float kOffsetStep = 0.003906f;
 constexpr float kRtdTarget = 13564;
 constexpr float kRtdFactor = 11.3f;
 
-constexpr int16_t kWordReplyChars = 12;
-constexpr int16_t kReadingReplyChars = 15;
-constexpr int16_t kOptionReplyChars = 10;
-
 constexpr const char* kSettledText = "Click 'Ready' when the meter reading has thermally settled.";
 
 }  // namespace
@@ -151,9 +147,7 @@ void Calibration::RTDRoutine() {
   CurCal = CalWordValue(g.ReplyText, true);
   DelaySeconds(3);
   if (StopFlag == 1) return finish();
-  SendAndRead("B1", kReadingReplyChars);
-  g.ReplyText = RmvDP(g.ReplyText);
-  CurRdg = static_cast<float>(LeadingNumber(g.ReplyText));
+  CurRdg = ReadReading();
   // A correction beyond what a 16-bit step can hold (a reading far from the target, or
   // none at all) is taken at the step's limit instead of ending the program.
   const float step = std::clamp((kRtdTarget - CurRdg) * kRtdFactor, -32768.0f, 32767.0f);
@@ -165,9 +159,7 @@ void Calibration::RTDRoutine() {
   if (StopFlag == 1) return finish();
   picQD.Print("New Calibration is " + New.NewCalHex);
   picQD.Print("Reading should be 13564 counts");
-  SendAndRead("B1", kReadingReplyChars);
-  g.ReplyText = RmvDP(g.ReplyText);
-  CurRdg = static_cast<float>(LeadingNumber(g.ReplyText));
+  CurRdg = ReadReading();
   cmdReady.SetEnabled(true);
   picQD.Print("Reading is " + SingleNumberText(CurRdg));
   picQD.Print("");

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/fake/drawing_recorder.h"
 #include "program_fixture.h"
 #include "readings/plot.h"
 
@@ -12,16 +13,6 @@ namespace {
 class PlotAgainstEmulator : public ProgramAgainstEmulatorTest {
  protected:
   PlotAgainstEmulator() : ProgramAgainstEmulatorTest({"--input", "0.05", "--noise", "0.002", "--rate", "50"}) {}
-
-  // Types over the box's blanks and moves on with Enter, as the user does.
-  static void TypeInto(QWidget* form, const char* box, const char* text) {
-    auto* edit = Find<QLineEdit>(form, box);
-    ASSERT_NE(edit, nullptr) << box;
-    ASSERT_TRUE(edit->hasFocus()) << box;
-    edit->selectAll();
-    QTest::keyClicks(edit, text);
-    QTest::keyClick(edit, Qt::Key_Return);
-  }
 };
 
 TEST_F(PlotAgainstEmulator, ReadingsDrawTheTraceAcrossTheSweep) {
@@ -37,17 +28,20 @@ TEST_F(PlotAgainstEmulator, ReadingsDrawTheTraceAcrossTheSweep) {
   TypeInto(form, "txtMidVal", "0.05");
   TypeInto(form, "txtSmallVal", "0.001");
   TypeInto(form, "txtHorzTime", "20");
+  const auto drawn = fake::RecordDrawing(frmPlot().Picture1);
   Press(form, "cmdOK");
   EXPECT_FALSE(Find<QLineEdit>(form, "txtMidVal")->isVisible());
 
   // The frame and labels are drawn at once; each reading then adds one segment.
-  const PictureBox& picture = frmPlot().Picture1;
-  const std::size_t frame = picture.Ops().size();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return picture.Ops().size() >= frame + 20; }, 10000));
-  const DrawOp& last = picture.Ops().back();
+  const std::size_t frame = drawn->size();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return drawn->size() >= frame + 20; }, 10000));
+  const DrawOp& last = drawn->back();
   EXPECT_EQ(last.kind, DrawOp::Kind::Line);
-  EXPECT_GT(last.x2, picture.Ops()[frame].x2) << "the trace moves to the right with time";
+  EXPECT_GT(last.x2, (*drawn)[frame].x2) << "the trace moves to the right with time";
   EXPECT_EQ(frmPlot().TimeExpired, 0);
+  // The window holds the trace in its image; the picture keeps none of it.
+  EXPECT_TRUE(frmPlot().Picture1.Ops().empty());
+  EXPECT_EQ(frmPlot().Picture1.DrawnCount(), drawn->size());
 
   Press(form, "cmdEnd");
   EXPECT_FALSE(Forms().IsLoaded(Plot::kName));

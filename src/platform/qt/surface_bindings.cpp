@@ -154,9 +154,10 @@ std::pair<double, double> MeasureText(const std::string& text, const FontSpec& f
   return {metrics.horizontalAdvance(QString::fromStdString(text)) * kTwipsPerPixel, metrics.height() * kTwipsPerPixel};
 }
 
-// The whole picture rendered afresh at its size, on white where it has no colour of its own,
-// since a saved image has no background to show through.
-void SaveImage(const PictureBox& picture, const std::string& path) {
+// The picture rendered at its size, on white where it has no colour of its own, since a
+// saved image has no background to show through. `kept` is the view's image when it holds
+// operations that the picture has let go of.
+void SaveImage(const PictureBox& picture, const QPixmap* kept, const std::string& path) {
   const QSize size(std::max(1, static_cast<int>(ToPixels(picture.Width()))),
                    std::max(1, static_cast<int>(ToPixels(picture.Height()))));
   QImage image(size, QImage::Format_RGB888);
@@ -164,6 +165,7 @@ void SaveImage(const PictureBox& picture, const std::string& path) {
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing, false);
   if (const QPixmap shown = PixmapOf(picture.Picture()); !shown.isNull()) painter.drawPixmap(0, 0, shown);
+  if (kept != nullptr) painter.drawPixmap(0, 0, *kept);
   for (const DrawOp& op : picture.Ops()) Paint(painter, op);
   painter.end();
   const QString name = QString::fromStdString(path);
@@ -172,14 +174,23 @@ void SaveImage(const PictureBox& picture, const std::string& path) {
 }
 
 // The drawing is painted onto a pixmap that the label shows; new operations are painted
-// onto it as they come, and a clear, a new picture or a new size paints it anew.
+// onto it as they come, and a clear paints it anew. A picture that keeps what was drawn
+// hands its operations over once they are painted, and from then on the pixmap is the only
+// copy of them: a new size, colour or loaded picture paints the background afresh and the
+// old pixmap over it.
 class PictureBinding : public WidgetBinding {
  public:
   PictureBinding(Control& control, QLabel& label) : WidgetBinding(control, label), label_(label) {
     label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
     label.installEventFilter(this);
-    static_cast<PictureBox&>(control).SetTextMeasure(&MeasureText);
-    static_cast<PictureBox&>(control).SetImageSaver(&SaveImage);
+    auto& picture = static_cast<PictureBox&>(control);
+    picture.SetTextMeasure(&MeasureText);
+    picture.SetImageSaver([this](const PictureBox& p, const std::string& path) {
+      SaveImage(p, HoldsTaken() ? &canvas_ : nullptr, path);
+    });
+  }
+  ~PictureBinding() override {
+    if (Model() != nullptr) static_cast<PictureBox&>(*Model()).SetImageSaver({});
   }
 
  protected:
@@ -200,33 +211,49 @@ class PictureBinding : public WidgetBinding {
   }
 
  private:
-  const PictureBox& Picture() const { return static_cast<const PictureBox&>(*Model()); }
+  PictureBox& Picture() const { return static_cast<PictureBox&>(*Model()); }
+
+  // Whether the pixmap holds operations since the last clear that the picture no longer has.
+  bool HoldsTaken() const {
+    const PictureBox& picture = Picture();
+    return picture.Clears() == clears_ && picture.DrawnCount() > picture.Ops().size();
+  }
 
   void PaintAll() {
-    const PictureBox& picture = Picture();
+    PictureBox& picture = Picture();
+    const QPixmap old = HoldsTaken() ? canvas_ : QPixmap();
     canvas_ = QPixmap(label_.size().expandedTo(QSize(1, 1)));
     // Without a colour of its own the label's designed background shows through.
     canvas_.fill(picture.BackColor() != kDesignColor ? ToQColor(picture.BackColor()) : QColor(Qt::transparent));
     shownPicture_ = picture.Picture();
     QPainter painter(&canvas_);
     if (const QPixmap image = PixmapOf(shownPicture_); !image.isNull()) painter.drawPixmap(0, 0, image);
+    if (!old.isNull()) painter.drawPixmap(0, 0, old);
     for (const DrawOp& op : picture.Ops()) Paint(painter, op);
     painter.end();
-    painted_ = picture.Ops().size();
+    Painted(picture);
     label_.setPixmap(canvas_);
   }
 
   void PaintNew() {
-    const PictureBox& picture = Picture();
-    if (picture.Ops().size() < painted_ || !(picture.Picture() == shownPicture_) || canvas_.size() != label_.size()) {
+    PictureBox& picture = Picture();
+    if (picture.Clears() != clears_ || picture.Ops().size() < painted_ || !(picture.Picture() == shownPicture_) ||
+        canvas_.size() != label_.size()) {
       PaintAll();
       return;
     }
     QPainter painter(&canvas_);
     for (std::size_t i = painted_; i < picture.Ops().size(); ++i) Paint(painter, picture.Ops()[i]);
     painter.end();
-    painted_ = picture.Ops().size();
+    Painted(picture);
     ShowNew();
+  }
+
+  // Everything the picture holds is on the pixmap now.
+  void Painted(PictureBox& picture) {
+    clears_ = picture.Clears();
+    picture.TakenIntoImage();
+    painted_ = picture.Ops().size();
   }
 
   // A drawing that grows by a segment a reading, hundreds a second, is shown at most every
@@ -253,6 +280,7 @@ class PictureBinding : public WidgetBinding {
   QPixmap canvas_;
   PictureRef shownPicture_;
   std::size_t painted_ = 0;
+  std::uint64_t clears_ = 0;
   QElapsedTimer sinceShown_;
   bool showPending_ = false;
 };

@@ -1,9 +1,13 @@
+#include <unistd.h>
+
+#include <filesystem>
 #include <functional>
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QGroupBox>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -135,6 +139,48 @@ TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEven
     EXPECT_EQ(form.log, c.events);
     form.Unload();
   }
+}
+
+// A picture that keeps what was drawn hands it to the window's image as it is drawn; from
+// then on the image alone holds it, through a new size and into a saved file, until Cls.
+TEST_F(BinderTest, AKeptDrawingLivesInTheWindowsImage) {
+  BinderForm& form = Forms().Use<BinderForm>();
+  form.Show();
+  PictureBox& pic = form.picDraw;
+  auto* label = qt::WindowOf(form)->findChild<QLabel*>("picDraw");
+  ASSERT_NE(label, nullptr);
+  const auto shown = [label](int x, int y) { return label->pixmap().toImage().pixelColor(x, y).name().toStdString(); };
+  pic.SetBackColor(ColWhite);
+  pic.SetAutoRedraw(true);
+  pic.Line(0, 0, 1500, 1500, ColRed);  // 15 twips a pixel: to (100, 100)
+  EXPECT_TRUE(pic.Ops().empty());
+  EXPECT_EQ(pic.DrawnCount(), 1u);
+  EXPECT_EQ(shown(50, 50), "#ff0000");
+
+  pic.Move(pic.Left(), pic.Top(), pic.Width() + 1500, pic.Height() + 1500);
+  ASSERT_EQ(label->size(), QSize(300, 200));
+  pic.Line(3000, 0, 3000, 3000, ColRed);
+  // Strokes close together show together, a moment later.
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown(200, 150) == "#ff0000"; }, 1000));
+  EXPECT_EQ(shown(50, 50), "#ff0000");
+  EXPECT_EQ(shown(250, 150), "#ffffff");
+
+  const std::filesystem::path file =
+      std::filesystem::temp_directory_path() / ("dpm-kept-" + std::to_string(getpid()) + ".png");
+  pic.SaveImage(file.string());
+  const QImage saved(QString::fromStdString(file.string()));
+  std::filesystem::remove(file);
+  ASSERT_EQ(saved.size(), QSize(300, 200));
+  EXPECT_EQ(saved.pixelColor(50, 50).name().toStdString(), "#ff0000");
+  EXPECT_EQ(saved.pixelColor(200, 150).name().toStdString(), "#ff0000");
+  EXPECT_EQ(saved.pixelColor(80, 20).name().toStdString(), "#ffffff");
+
+  pic.Cls();
+  EXPECT_EQ(shown(50, 50), "#ffffff");
+  pic.SetAutoRedraw(false);
+  pic.Line(0, 0, 1500, 1500, ColRed);
+  EXPECT_EQ(pic.Ops().size(), 1u) << "a drawing that is not kept stays with the picture";
+  form.Unload();
 }
 
 TEST_F(BinderTest, ClicksAndTypingReachTheHandlers) {

@@ -125,7 +125,7 @@ TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEven
        [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->pos() == QPoint(100, 20); }},
       {"drawing", [](BinderForm& f) { f.picDraw.SetBackColor(ColWhite), f.picDraw.Line(0, 0, 1500, 1500, ColRed); },
        [](QWidget* w) {
-         const QImage image = w->findChild<QLabel*>("picDraw")->pixmap().toImage();
+         const QImage image = w->findChild<QLabel*>("picDraw")->grab().toImage();
          return image.pixelColor(50, 50) == Qt::red && image.pixelColor(80, 20) == Qt::white;
        }},
   };
@@ -149,7 +149,7 @@ TEST_F(BinderTest, AKeptDrawingLivesInTheWindowsImage) {
   PictureBox& pic = form.picDraw;
   auto* label = qt::WindowOf(form)->findChild<QLabel*>("picDraw");
   ASSERT_NE(label, nullptr);
-  const auto shown = [label](int x, int y) { return label->pixmap().toImage().pixelColor(x, y).name().toStdString(); };
+  const auto shown = [label](int x, int y) { return label->grab().toImage().pixelColor(x, y).name().toStdString(); };
   pic.SetBackColor(ColWhite);
   pic.SetAutoRedraw(true);
   pic.Line(0, 0, 1500, 1500, ColRed);  // 15 twips a pixel: to (100, 100)

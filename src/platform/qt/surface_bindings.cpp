@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QTableWidget>
@@ -123,30 +124,40 @@ Qt::PenStyle PenStyleOf(int drawStyle) {
 
 QPointF ToPoint(double xTwips, double yTwips) { return {xTwips / kTwipsPerPixel, yTwips / kTwipsPerPixel}; }
 
-void Paint(QPainter& painter, const DrawOp& op) {
+// Paints one operation; returns the pixels it may have touched.
+QRect Paint(QPainter& painter, const DrawOp& op) {
   const QColor color = ToQColor(op.color);
+  const QRectF span = QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized();
+  const double pen = op.width + 1;
   switch (op.kind) {
     case DrawOp::Kind::Line:
       painter.setPen(QPen(color, op.width, PenStyleOf(op.style)));
       painter.drawLine(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2));
-      break;
+      return span.adjusted(-pen, -pen, pen, pen).toAlignedRect();
     case DrawOp::Kind::Box:
       painter.setPen(QPen(color, op.width, PenStyleOf(op.style)));
       painter.setBrush(Qt::NoBrush);
-      painter.drawRect(QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized());
-      break;
+      painter.drawRect(span);
+      return span.adjusted(-pen, -pen, pen, pen).toAlignedRect();
     case DrawOp::Kind::FilledBox:
-      painter.fillRect(QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized(), color);
-      break;
+      painter.fillRect(span, color);
+      return span.adjusted(-1, -1, 1, 1).toAlignedRect();
     case DrawOp::Kind::Text: {
       const QFont font = ToQFont(op.font);
+      const QFontMetricsF metrics(font);
+      const QString text = QString::fromStdString(op.text);
       painter.setFont(font);
       painter.setPen(color);
       const QPointF topLeft = ToPoint(op.x1, op.y1);
-      painter.drawText(topLeft + QPointF(0, QFontMetricsF(font).ascent()), QString::fromStdString(op.text));
-      break;
+      painter.drawText(topLeft + QPointF(0, metrics.ascent()), text);
+      // Glyphs may reach a little beyond their advance and their line.
+      const double margin = metrics.height() / 4 + 1;
+      return QRectF(topLeft, QSizeF(metrics.horizontalAdvance(text), metrics.height()))
+          .adjusted(-margin, -margin, margin, margin)
+          .toAlignedRect();
     }
   }
+  return {};
 }
 
 std::pair<double, double> MeasureText(const std::string& text, const FontSpec& font) {
@@ -173,8 +184,9 @@ void SaveImage(const PictureBox& picture, const QPixmap* kept, const std::string
   if (!image.save(name, format)) throw FileFault("Cannot write \"" + path + "\"");
 }
 
-// The drawing is painted onto a pixmap that the label shows; new operations are painted
-// onto it as they come, and a clear paints it anew. A picture that keeps what was drawn
+// The drawing is painted onto a pixmap from which the label paints itself; new operations
+// are painted onto it as they come, and only the pixels they touch are shown anew. A clear
+// paints the pixmap anew. A picture that keeps what was drawn
 // hands its operations over once they are painted, and from then on the pixmap is the only
 // copy of them: a new size, colour or loaded picture paints the background afresh and the
 // old pixmap over it.
@@ -206,6 +218,11 @@ class PictureBinding : public WidgetBinding {
       FromUser([](Control& c) { c.UserDblClick(); });
     } else if (event->type() == QEvent::Resize && Model() != nullptr) {
       PaintAll();
+    } else if (event->type() == QEvent::Paint) {
+      const QRect dirty = static_cast<QPaintEvent*>(event)->rect();
+      QPainter painter(&label_);
+      painter.drawPixmap(dirty, canvas_, dirty);
+      return true;
     }
     return false;
   }
@@ -232,7 +249,8 @@ class PictureBinding : public WidgetBinding {
     for (const DrawOp& op : picture.Ops()) Paint(painter, op);
     painter.end();
     Painted(picture);
-    label_.setPixmap(canvas_);
+    dirty_ = QRect();
+    label_.update();
   }
 
   void PaintNew() {
@@ -243,7 +261,7 @@ class PictureBinding : public WidgetBinding {
       return;
     }
     QPainter painter(&canvas_);
-    for (std::size_t i = painted_; i < picture.Ops().size(); ++i) Paint(painter, picture.Ops()[i]);
+    for (std::size_t i = painted_; i < picture.Ops().size(); ++i) dirty_ |= Paint(painter, picture.Ops()[i]);
     painter.end();
     Painted(picture);
     ShowNew();
@@ -257,21 +275,24 @@ class PictureBinding : public WidgetBinding {
   }
 
   // A drawing that grows by a segment a reading, hundreds a second, is shown at most every
-  // kShowIntervalMs: each showing shares the canvas with the label, and the next stroke
-  // then copies it whole. A stroke after a quiet spell shows at once.
+  // kShowIntervalMs, the strokes since the last showing together. A stroke after a quiet
+  // spell shows at once.
   void ShowNew() {
     if (showPending_) return;
     if (!sinceShown_.isValid() || sinceShown_.elapsed() >= kShowIntervalMs) {
-      label_.setPixmap(canvas_);
-      sinceShown_.start();
+      ShowDirty();
       return;
     }
     showPending_ = true;
     QTimer::singleShot(static_cast<int>(kShowIntervalMs - sinceShown_.elapsed()), this, [this] {
       showPending_ = false;
-      label_.setPixmap(canvas_);
-      sinceShown_.start();
+      ShowDirty();
     });
+  }
+  void ShowDirty() {
+    label_.update(dirty_);
+    dirty_ = QRect();
+    sinceShown_.start();
   }
 
   static constexpr qint64 kShowIntervalMs = 40;
@@ -281,6 +302,7 @@ class PictureBinding : public WidgetBinding {
   PictureRef shownPicture_;
   std::size_t painted_ = 0;
   std::uint64_t clears_ = 0;
+  QRect dirty_;  // painted but not yet shown
   QElapsedTimer sinceShown_;
   bool showPending_ = false;
 };

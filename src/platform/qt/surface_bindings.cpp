@@ -219,9 +219,13 @@ class PictureBinding : public WidgetBinding {
     } else if (event->type() == QEvent::Resize && Model() != nullptr) {
       PaintAll();
     } else if (event->type() == QEvent::Paint) {
-      const QRect dirty = static_cast<QPaintEvent*>(event)->rect();
+      // The label paints its background and frame as its layout gives them, and the drawing
+      // goes inside the frame.
+      static_cast<QObject&>(label_).event(event);
+      const QRect contents = label_.contentsRect();
+      const QRect dirty = static_cast<QPaintEvent*>(event)->rect() & contents;
       QPainter painter(&label_);
-      painter.drawPixmap(dirty, canvas_, dirty);
+      painter.drawPixmap(dirty, canvas_, dirty.translated(-contents.topLeft()));
       return true;
     }
     return false;
@@ -290,7 +294,7 @@ class PictureBinding : public WidgetBinding {
     });
   }
   void ShowDirty() {
-    label_.update(dirty_);
+    label_.update(dirty_.translated(label_.contentsRect().topLeft()));
     dirty_ = QRect();
     sinceShown_.start();
   }

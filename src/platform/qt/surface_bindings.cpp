@@ -186,10 +186,9 @@ void SaveImage(const PictureBox& picture, const QPixmap* kept, const std::string
 
 // The drawing is painted onto a pixmap from which the label paints itself; new operations
 // are painted onto it as they come, and only the pixels they touch are shown anew. A clear
-// paints the pixmap anew. A picture that keeps what was drawn
-// hands its operations over once they are painted, and from then on the pixmap is the only
-// copy of them: a new size, colour or loaded picture paints the background afresh and the
-// old pixmap over it.
+// paints the pixmap anew. A picture that keeps what was drawn hands its operations over
+// once they are painted, and from then on the pixmap is the only copy of them: a new size,
+// colour or loaded picture paints the background afresh and the old pixmap over it.
 class PictureBinding : public WidgetBinding {
  public:
   PictureBinding(Control& control, QLabel& label) : WidgetBinding(control, label), label_(label) {

@@ -29,6 +29,19 @@ inline double CpuSeconds() {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
+// The program's resident memory, from /proc/self/status.
+inline long RssKilobytes() {
+  std::FILE* status = std::fopen("/proc/self/status", "r");
+  if (status == nullptr) return -1;
+  long kilobytes = -1;
+  char line[256];
+  while (std::fgets(line, sizeof line, status) != nullptr) {
+    if (std::sscanf(line, "VmRSS: %ld kB", &kilobytes) == 1) break;
+  }
+  std::fclose(status);
+  return kilobytes;
+}
+
 inline pid_t StartEmulator(const fs::path& link) {
   const pid_t pid = fork();
   if (pid == 0) {

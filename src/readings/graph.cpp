@@ -1,5 +1,7 @@
 #include "readings/graph.h"
 
+#include <algorithm>
+
 #include "platform/forms/form_manager.h"
 #include "platform/numeric.h"
 
@@ -61,9 +63,12 @@ void Graph::GraphCountAxis() {
     p.Line(0, y, 1000, y);
     p.SetDrawWidth(2);
     p.SetDrawStyle(0);
-    p.Box(-135, y - 10, -35, y + 25, kWhite, true);
     const std::string text = FormatWithPicture(static_cast<double>(step) * i, "#####0");
-    PrintAt(-35 - p.TextWidth(text), y + HeightUp(text) / 2 + 49, text);
+    const double top = y + HeightUp(text) / 2 + 49;
+    // The wipe reaches up to the label's top: in a font taller than the box, the top of the
+    // old digits would otherwise stand above the new ones.
+    p.Box(-135, y - 10, -35, std::max(y + 25, top), kWhite, true);
+    PrintAt(-35 - p.TextWidth(text), top, text);
   }
 }
 

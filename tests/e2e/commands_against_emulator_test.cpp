@@ -36,7 +36,7 @@ TEST_F(CommandsAgainstEmulator, LatestReadingAndAResetFromTheCommandsScreen) {
 
   // The drawings are the build's BMP files, read by the program's own picture loader: the
   // computer's screen is dark blue.
-  const QImage computer = Find<QLabel>(screen, "picCmptrCtr")->pixmap().toImage();
+  const QImage computer = Find<QLabel>(screen, "picCmptrCtr")->grab().toImage();
   ASSERT_FALSE(computer.isNull());
   EXPECT_EQ(computer.pixelColor(40, 45), QColor(0x1E, 0x3C, 0x78));
 

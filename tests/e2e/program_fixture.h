@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QWidget>
@@ -88,6 +89,15 @@ class ProgramAgainstEmulatorTest : public ::testing::Test {
     ASSERT_NE(combo, nullptr);
     combo->setCurrentIndex(index);
     emit combo->activated(index);
+  }
+  // Types over the box's blanks and moves on with Enter, as the user does.
+  static void TypeInto(QWidget* window, const char* box, const char* text) {
+    auto* edit = Find<QLineEdit>(window, box);
+    ASSERT_NE(edit, nullptr) << box;
+    ASSERT_TRUE(edit->hasFocus()) << box;
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+    QTest::keyClick(edit, Qt::Key_Return);
   }
   static void Press(QWidget* window, const char* button) {
     auto* widget = Find<QPushButton>(window, button);

@@ -1,15 +1,20 @@
+#include <unistd.h>
+
+#include <filesystem>
 #include <functional>
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QGroupBox>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTableWidget>
 #include <QTimer>
 
@@ -121,7 +126,7 @@ TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEven
        [](QWidget* w) { return w->findChild<QPushButton*>("cmdGo")->pos() == QPoint(100, 20); }},
       {"drawing", [](BinderForm& f) { f.picDraw.SetBackColor(ColWhite), f.picDraw.Line(0, 0, 1500, 1500, ColRed); },
        [](QWidget* w) {
-         const QImage image = w->findChild<QLabel*>("picDraw")->pixmap().toImage();
+         const QImage image = w->findChild<QLabel*>("picDraw")->grab().toImage();
          return image.pixelColor(50, 50) == Qt::red && image.pixelColor(80, 20) == Qt::white;
        }},
   };
@@ -135,6 +140,57 @@ TEST_F(BinderTest, ChangesOfTheControlsReachTheirWidgetsAndRaiseOnlyTheirOwnEven
     EXPECT_EQ(form.log, c.events);
     form.Unload();
   }
+}
+
+// A picture that keeps what was drawn hands it to the window's image as it is drawn; from
+// then on the image alone holds it, through a new size and into a saved file, until Cls.
+TEST_F(BinderTest, AKeptDrawingLivesInTheWindowsImage) {
+  BinderForm& form = Forms().Use<BinderForm>();
+  form.Show();
+  PictureBox& pic = form.picDraw;
+  QWidget* window = qt::WindowOf(form);
+  auto* label = window->findChild<QLabel*>("picDraw");
+  ASSERT_NE(label, nullptr);
+  // What the screen shows, not what a fresh rendering of the label would, once it has caught
+  // up with the drawing.
+  const auto shows = [&](int x, int y, const std::string& color) {
+    return QTest::qWaitFor(
+        [&] {
+          const QImage screen = window->screen()->grabWindow(window->winId()).toImage();
+          return screen.pixelColor(label->mapTo(window, QPoint(x, y))).name().toStdString() == color;
+        },
+        1000);
+  };
+  pic.SetBackColor(ColWhite);
+  pic.SetAutoRedraw(true);
+  pic.Line(0, 0, 1500, 1500, ColRed);  // 15 twips a pixel: to (100, 100)
+  EXPECT_TRUE(pic.Ops().empty());
+  EXPECT_EQ(pic.DrawnCount(), 1u);
+  EXPECT_TRUE(shows(50, 50, "#ff0000"));
+
+  pic.Move(pic.Left(), pic.Top(), pic.Width() + 1500, pic.Height());
+  ASSERT_EQ(label->size(), QSize(300, 100));
+  EXPECT_TRUE(shows(50, 50, "#ff0000"));
+  EXPECT_TRUE(shows(200, 50, "#ffffff"));  // the grid covers the label from 210 on
+  pic.Line(3000, 0, 3000, 1500, ColRed);
+  EXPECT_TRUE(shows(200, 50, "#ff0000"));
+
+  const std::filesystem::path file =
+      std::filesystem::temp_directory_path() / ("dpm-kept-" + std::to_string(getpid()) + ".png");
+  pic.SaveImage(file.string());
+  const QImage saved(QString::fromStdString(file.string()));
+  std::filesystem::remove(file);
+  ASSERT_EQ(saved.size(), QSize(300, 100));
+  EXPECT_EQ(saved.pixelColor(50, 50).name().toStdString(), "#ff0000");
+  EXPECT_EQ(saved.pixelColor(200, 50).name().toStdString(), "#ff0000");
+  EXPECT_EQ(saved.pixelColor(80, 20).name().toStdString(), "#ffffff");
+
+  pic.Cls();
+  EXPECT_TRUE(shows(50, 50, "#ffffff"));
+  pic.SetAutoRedraw(false);
+  pic.Line(0, 0, 1500, 1500, ColRed);
+  EXPECT_EQ(pic.Ops().size(), 1u) << "a drawing that is not kept stays with the picture";
+  form.Unload();
 }
 
 TEST_F(BinderTest, ClicksAndTypingReachTheHandlers) {

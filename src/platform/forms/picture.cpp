@@ -63,11 +63,21 @@ void PictureBox::Add(DrawOp op) {
   op.width = drawWidth_;
   op.style = drawStyle_;
   ops_.push_back(std::move(op));
+  if (observer_) observer_(&ops_.back());
   Notify(Property::Drawing);
+}
+
+void PictureBox::TakenIntoImage() {
+  if (!autoRedraw_) return;
+  taken_ += ops_.size();
+  ops_.clear();
 }
 
 void PictureBox::Cls() {
   ops_.clear();
+  taken_ = 0;
+  ++clears_;
+  if (observer_) observer_(nullptr);
   currentX_ = userScale_ ? scaleLeft_ : 0.0;
   currentY_ = userScale_ ? scaleTop_ : 0.0;
   Notify(Property::Drawing);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
@@ -35,12 +36,17 @@ struct DrawOp {
 
 // A picture: a drawing surface with its own coordinates, and optionally a loaded picture
 // beneath the drawing. The drawing is kept as a list of operations that the view paints.
+// A picture that keeps what was drawn (AutoRedraw) lets go of the operations once its view
+// has taken them into an image of its own, so that a drawing that grows by a segment a
+// reading for hours costs no more memory than the image.
 class PictureBox : public Control {
  public:
   // Width and height of a text in twips, in a font.
   using TextMeasure = std::function<std::pair<double, double>(const std::string& text, const FontSpec& font)>;
   // Writes the picture as an image file; the name's ending chooses the format.
   using ImageSaver = std::function<void(const PictureBox& picture, const std::string& path)>;
+  // Told of each operation as it is drawn, and with nullptr of each Cls.
+  using DrawObserver = std::function<void(const DrawOp* drawn)>;
 
   PictureBox(Form& owner, std::string name, Control* container = nullptr, int index = -1);
 
@@ -83,9 +89,23 @@ class PictureBox : public Control {
   const PictureRef& Picture() const { return picture_; }
   void SetPicture(const PictureRef& picture);
 
+  // The operations drawn since the last Cls that the picture still holds: all of them
+  // unless a view has taken them into its image (see TakenIntoImage).
   const std::vector<DrawOp>& Ops() const { return ops_; }
-  // The lines of text printed since the last Cls, in order.
+  // How many operations were drawn since the last Cls, held or taken.
+  std::size_t DrawnCount() const { return taken_ + ops_.size(); }
+  // How many times the picture was cleared: a view that holds taken operations in its image
+  // sees by this that the image must start afresh.
+  std::uint64_t Clears() const { return clears_; }
+  // The lines of text printed since the last Cls that the picture still holds, in order.
   std::vector<std::string> PrintedLines() const;
+
+  // A view that keeps the drawing in an image calls this once every operation the picture
+  // holds is painted into it. While the picture keeps what was drawn, it lets go of them
+  // then; otherwise it holds them on, since the view may have to paint them anew.
+  void TakenIntoImage();
+  // Sees the whole drawing, also what a view has taken: for tests and recorders.
+  void SetDrawObserver(DrawObserver observer) { observer_ = std::move(observer); }
 
   // The view measures texts in its real font; without a view a fixed cell of 120 x 240
   // twips a character is used.
@@ -116,6 +136,9 @@ class PictureBox : public Control {
   FontSpec font_;
   PictureRef picture_;
   std::vector<DrawOp> ops_;
+  std::size_t taken_ = 0;
+  std::uint64_t clears_ = 0;
+  DrawObserver observer_;
   TextMeasure measure_;
   ImageSaver saver_;
 };

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QTableWidget>
@@ -123,30 +124,40 @@ Qt::PenStyle PenStyleOf(int drawStyle) {
 
 QPointF ToPoint(double xTwips, double yTwips) { return {xTwips / kTwipsPerPixel, yTwips / kTwipsPerPixel}; }
 
-void Paint(QPainter& painter, const DrawOp& op) {
+// Paints one operation; returns the pixels it may have touched.
+QRect Paint(QPainter& painter, const DrawOp& op) {
   const QColor color = ToQColor(op.color);
+  const QRectF span = QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized();
+  const double pen = op.width + 1;
   switch (op.kind) {
     case DrawOp::Kind::Line:
       painter.setPen(QPen(color, op.width, PenStyleOf(op.style)));
       painter.drawLine(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2));
-      break;
+      return span.adjusted(-pen, -pen, pen, pen).toAlignedRect();
     case DrawOp::Kind::Box:
       painter.setPen(QPen(color, op.width, PenStyleOf(op.style)));
       painter.setBrush(Qt::NoBrush);
-      painter.drawRect(QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized());
-      break;
+      painter.drawRect(span);
+      return span.adjusted(-pen, -pen, pen, pen).toAlignedRect();
     case DrawOp::Kind::FilledBox:
-      painter.fillRect(QRectF(ToPoint(op.x1, op.y1), ToPoint(op.x2, op.y2)).normalized(), color);
-      break;
+      painter.fillRect(span, color);
+      return span.adjusted(-1, -1, 1, 1).toAlignedRect();
     case DrawOp::Kind::Text: {
       const QFont font = ToQFont(op.font);
+      const QFontMetricsF metrics(font);
+      const QString text = QString::fromStdString(op.text);
       painter.setFont(font);
       painter.setPen(color);
       const QPointF topLeft = ToPoint(op.x1, op.y1);
-      painter.drawText(topLeft + QPointF(0, QFontMetricsF(font).ascent()), QString::fromStdString(op.text));
-      break;
+      painter.drawText(topLeft + QPointF(0, metrics.ascent()), text);
+      // Glyphs may reach a little beyond their advance and their line.
+      const double margin = metrics.height() / 4 + 1;
+      return QRectF(topLeft, QSizeF(metrics.horizontalAdvance(text), metrics.height()))
+          .adjusted(-margin, -margin, margin, margin)
+          .toAlignedRect();
     }
   }
+  return {};
 }
 
 std::pair<double, double> MeasureText(const std::string& text, const FontSpec& font) {
@@ -154,9 +165,10 @@ std::pair<double, double> MeasureText(const std::string& text, const FontSpec& f
   return {metrics.horizontalAdvance(QString::fromStdString(text)) * kTwipsPerPixel, metrics.height() * kTwipsPerPixel};
 }
 
-// The whole picture rendered afresh at its size, on white where it has no colour of its own,
-// since a saved image has no background to show through.
-void SaveImage(const PictureBox& picture, const std::string& path) {
+// The picture rendered at its size, on white where it has no colour of its own, since a
+// saved image has no background to show through. `kept` is the view's image when it holds
+// operations that the picture has let go of.
+void SaveImage(const PictureBox& picture, const QPixmap* kept, const std::string& path) {
   const QSize size(std::max(1, static_cast<int>(ToPixels(picture.Width()))),
                    std::max(1, static_cast<int>(ToPixels(picture.Height()))));
   QImage image(size, QImage::Format_RGB888);
@@ -164,6 +176,7 @@ void SaveImage(const PictureBox& picture, const std::string& path) {
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing, false);
   if (const QPixmap shown = PixmapOf(picture.Picture()); !shown.isNull()) painter.drawPixmap(0, 0, shown);
+  if (kept != nullptr) painter.drawPixmap(0, 0, *kept);
   for (const DrawOp& op : picture.Ops()) Paint(painter, op);
   painter.end();
   const QString name = QString::fromStdString(path);
@@ -171,15 +184,24 @@ void SaveImage(const PictureBox& picture, const std::string& path) {
   if (!image.save(name, format)) throw FileFault("Cannot write \"" + path + "\"");
 }
 
-// The drawing is painted onto a pixmap that the label shows; new operations are painted
-// onto it as they come, and a clear, a new picture or a new size paints it anew.
+// The drawing is painted onto a pixmap from which the label paints itself; new operations
+// are painted onto it as they come, and only the pixels they touch are shown anew. A clear
+// paints the pixmap anew. A picture that keeps what was drawn hands its operations over
+// once they are painted, and from then on the pixmap is the only copy of them: a new size,
+// colour or loaded picture paints the background afresh and the old pixmap over it.
 class PictureBinding : public WidgetBinding {
  public:
   PictureBinding(Control& control, QLabel& label) : WidgetBinding(control, label), label_(label) {
     label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
     label.installEventFilter(this);
-    static_cast<PictureBox&>(control).SetTextMeasure(&MeasureText);
-    static_cast<PictureBox&>(control).SetImageSaver(&SaveImage);
+    auto& picture = static_cast<PictureBox&>(control);
+    picture.SetTextMeasure(&MeasureText);
+    picture.SetImageSaver([this](const PictureBox& p, const std::string& path) {
+      SaveImage(p, HoldsTaken() ? &canvas_ : nullptr, path);
+    });
+  }
+  ~PictureBinding() override {
+    if (Model() != nullptr) static_cast<PictureBox&>(*Model()).SetImageSaver({});
   }
 
  protected:
@@ -195,56 +217,85 @@ class PictureBinding : public WidgetBinding {
       FromUser([](Control& c) { c.UserDblClick(); });
     } else if (event->type() == QEvent::Resize && Model() != nullptr) {
       PaintAll();
+    } else if (event->type() == QEvent::Paint) {
+      // The label paints its background and frame as its layout gives them, and the drawing
+      // goes inside the frame.
+      static_cast<QObject&>(label_).event(event);
+      const QRect contents = label_.contentsRect();
+      const QRect dirty = static_cast<QPaintEvent*>(event)->rect() & contents;
+      QPainter painter(&label_);
+      painter.drawPixmap(dirty, canvas_, dirty.translated(-contents.topLeft()));
+      return true;
     }
     return false;
   }
 
  private:
-  const PictureBox& Picture() const { return static_cast<const PictureBox&>(*Model()); }
+  PictureBox& Picture() const { return static_cast<PictureBox&>(*Model()); }
+
+  // Whether the pixmap holds operations since the last clear that the picture no longer has.
+  bool HoldsTaken() const {
+    const PictureBox& picture = Picture();
+    return picture.Clears() == clears_ && picture.DrawnCount() > picture.Ops().size();
+  }
 
   void PaintAll() {
-    const PictureBox& picture = Picture();
+    PictureBox& picture = Picture();
+    const QPixmap old = HoldsTaken() ? canvas_ : QPixmap();
     canvas_ = QPixmap(label_.size().expandedTo(QSize(1, 1)));
     // Without a colour of its own the label's designed background shows through.
     canvas_.fill(picture.BackColor() != kDesignColor ? ToQColor(picture.BackColor()) : QColor(Qt::transparent));
     shownPicture_ = picture.Picture();
     QPainter painter(&canvas_);
     if (const QPixmap image = PixmapOf(shownPicture_); !image.isNull()) painter.drawPixmap(0, 0, image);
+    if (!old.isNull()) painter.drawPixmap(0, 0, old);
     for (const DrawOp& op : picture.Ops()) Paint(painter, op);
     painter.end();
-    painted_ = picture.Ops().size();
-    label_.setPixmap(canvas_);
+    Painted(picture);
+    dirty_ = QRect();
+    label_.update();
   }
 
   void PaintNew() {
-    const PictureBox& picture = Picture();
-    if (picture.Ops().size() < painted_ || !(picture.Picture() == shownPicture_) || canvas_.size() != label_.size()) {
+    PictureBox& picture = Picture();
+    if (picture.Clears() != clears_ || picture.Ops().size() < painted_ || !(picture.Picture() == shownPicture_) ||
+        canvas_.size() != label_.size()) {
       PaintAll();
       return;
     }
     QPainter painter(&canvas_);
-    for (std::size_t i = painted_; i < picture.Ops().size(); ++i) Paint(painter, picture.Ops()[i]);
+    for (std::size_t i = painted_; i < picture.Ops().size(); ++i) dirty_ |= Paint(painter, picture.Ops()[i]);
     painter.end();
-    painted_ = picture.Ops().size();
+    Painted(picture);
     ShowNew();
   }
 
+  // Everything the picture holds is on the pixmap now.
+  void Painted(PictureBox& picture) {
+    clears_ = picture.Clears();
+    picture.TakenIntoImage();
+    painted_ = picture.Ops().size();
+  }
+
   // A drawing that grows by a segment a reading, hundreds a second, is shown at most every
-  // kShowIntervalMs: each showing shares the canvas with the label, and the next stroke
-  // then copies it whole. A stroke after a quiet spell shows at once.
+  // kShowIntervalMs, the strokes since the last showing together. A stroke after a quiet
+  // spell shows at once.
   void ShowNew() {
     if (showPending_) return;
     if (!sinceShown_.isValid() || sinceShown_.elapsed() >= kShowIntervalMs) {
-      label_.setPixmap(canvas_);
-      sinceShown_.start();
+      ShowDirty();
       return;
     }
     showPending_ = true;
     QTimer::singleShot(static_cast<int>(kShowIntervalMs - sinceShown_.elapsed()), this, [this] {
       showPending_ = false;
-      label_.setPixmap(canvas_);
-      sinceShown_.start();
+      ShowDirty();
     });
+  }
+  void ShowDirty() {
+    label_.update(dirty_.translated(label_.contentsRect().topLeft()));
+    dirty_ = QRect();
+    sinceShown_.start();
   }
 
   static constexpr qint64 kShowIntervalMs = 40;
@@ -253,6 +304,8 @@ class PictureBinding : public WidgetBinding {
   QPixmap canvas_;
   PictureRef shownPicture_;
   std::size_t painted_ = 0;
+  std::uint64_t clears_ = 0;
+  QRect dirty_;  // painted but not yet shown
   QElapsedTimer sinceShown_;
   bool showPending_ = false;
 };

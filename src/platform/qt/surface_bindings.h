@@ -8,7 +8,8 @@
 
 namespace dpm::qt {
 
-// Grids on a QTableWidget, pictures on a QLabel that shows the drawing as a pixmap.
+// Grids on a QTableWidget; pictures on a QLabel that paints itself from an image of the
+// drawing that the binding keeps.
 std::unique_ptr<ControlBinding> MakeGridBinding(Control& grid, QWidget* widget);
 std::unique_ptr<ControlBinding> MakePictureBinding(Control& picture, QWidget* widget);
 

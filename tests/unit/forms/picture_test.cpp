@@ -1,4 +1,5 @@
 #include "forms_fixture.h"
+#include "platform/fake/drawing_recorder.h"
 #include "platform/faults.h"
 
 namespace dpm::testing {
@@ -50,6 +51,32 @@ TEST_F(FormsTest, PrintWritesLineUnderLineAndClsStartsAtTheTop) {
   pic.Cls();
   EXPECT_TRUE(pic.Ops().empty());
   EXPECT_DOUBLE_EQ(pic.CurrentY(), 0);
+}
+
+// A view with an image of its own takes a kept drawing off the picture; the picture still
+// counts it, a recorder still sees it, and Cls starts the count again.
+TEST_F(FormsTest, AKeptDrawingIsLetGoOnceTheViewHasItInItsImage) {
+  PictureBox& pic = Forms().Use<Drawing>().Picture1;
+  const auto seen = fake::RecordDrawing(pic);
+  pic.Line(0, 0, 10, 10);
+  pic.TakenIntoImage();
+  EXPECT_EQ(pic.Ops().size(), 1u) << "not kept: the view may have to paint it again";
+
+  pic.SetAutoRedraw(true);
+  pic.Line(10, 10, 20, 20);
+  pic.TakenIntoImage();
+  EXPECT_TRUE(pic.Ops().empty());
+  pic.Print("x");
+  EXPECT_EQ(pic.PrintedLines(), std::vector<std::string>{"x"});
+  EXPECT_EQ(pic.DrawnCount(), 3u);
+  ASSERT_EQ(seen->size(), 3u);
+  EXPECT_EQ(seen->at(1).x2, 20);
+
+  const std::uint64_t clears = pic.Clears();
+  pic.Cls();
+  EXPECT_EQ(pic.DrawnCount(), 0u);
+  EXPECT_EQ(pic.Clears(), clears + 1);
+  EXPECT_TRUE(seen->empty());
 }
 
 TEST_F(FormsTest, PicturesAreFoundThroughTheServiceOrAreFaults) {

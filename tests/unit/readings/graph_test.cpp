@@ -61,7 +61,9 @@ TEST_F(GraphTest, AxesTicksAndLabelsStandWhereTheyAreWorkedOut) {
   EXPECT_TRUE(Has(drawn, K::Line, 930, -15, 930, -30));
   EXPECT_TRUE(Has(drawn, K::Line, -15, 600, 0, 600));
   EXPECT_TRUE(Has(drawn, K::Line, 0, 800, 1000, 800));
-  EXPECT_TRUE(Has(drawn, K::FilledBox, -135, 390, -35, 425, kWhite));
+  // The wipe of a count label reaches from 10 below its tick up to the label's top, 49 above
+  // the tick less half the label's height.
+  EXPECT_TRUE(Has(drawn, K::FilledBox, -135, 390, -35, 437, kWhite));
 
   // Heights count along the y axis, which points up: -24. Counts: step 10 / 5 = 2, x -35
   // less the width, y 200i - 12 + 49. Values: centred under every fifth tick, y -60 + 12.

@@ -89,9 +89,9 @@ TEST_F(JumperWindows, LoadCellFromTheMainMenu) {
   EXPECT_TRUE(Find<QLabel>(window, "lblText")
                   ->text()
                   .endsWith("Note: Click on Jumpers/Power Supply to select jumper for 10V excitation."));
-  const QPixmap board = Find<QLabel>(window, "imgBoard")->pixmap();
+  const QImage board = Find<QLabel>(window, "imgBoard")->grab().toImage();
   ASSERT_FALSE(board.isNull());
-  EXPECT_NE(board.toImage().pixelColor(200, 150), QColor(0xF4, 0xF4, 0xF0)) << "the board is painted";
+  EXPECT_NE(board.pixelColor(200, 150), QColor(0xF4, 0xF4, 0xF0)) << "the board is painted";
   EXPECT_TRUE(menuWindow->isVisible());
 
   if (const char* shot = std::getenv("DPM_JUMPER_SCREENSHOT")) window->grab().save(shot);

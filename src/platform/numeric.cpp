@@ -123,13 +123,13 @@ int HexDigitValue(char c) {
 }
 
 int64_t LeadingHexValue(std::string_view text) {
-  int64_t value = 0;
+  uint64_t value = 0;
   for (char c : text) {
     const int digit = HexDigitValue(c);
     if (digit < 0) break;
-    value = value * 16 + digit;
+    value = value << 4 | static_cast<uint64_t>(digit);
   }
-  return value;
+  return static_cast<int64_t>(value);
 }
 
 std::string FormatWithPicture(double value, std::string_view picture) {

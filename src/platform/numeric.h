@@ -32,7 +32,8 @@ std::string HexText(int64_t value);
 int HexDigitValue(char c);
 
 // The value of the leading hexadecimal digits of the text; reading stops at the first
-// character that is not a hexadecimal digit, and a text without one counts 0.
+// character that is not a hexadecimal digit, and a text without one counts 0. Of a run
+// longer than 16 digits (a long reply where a word was awaited) the last 16 count.
 int64_t LeadingHexValue(std::string_view text);
 
 // Text with a numeric picture: "0" a digit that is always shown, "#" a digit shown only

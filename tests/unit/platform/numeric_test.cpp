@@ -70,6 +70,9 @@ TEST(Numeric, HexTextIsUpperCase) {
   EXPECT_EQ(HexText(-1234), "FFFFFB2E");
   EXPECT_EQ(LeadingHexValue("1fZ9"), 0x1F);
   EXPECT_EQ(LeadingHexValue("Z"), 0);
+  // A reply of many words read as one number keeps its last sixteen digits.
+  EXPECT_EQ(LeadingHexValue(std::string(84, '1')), 0x1111111111111111);
+  EXPECT_EQ(LeadingHexValue("123" + std::string(16, 'F')), -1);
   EXPECT_EQ(HexDigitValue('g'), -1);
 }
 

@@ -218,7 +218,7 @@ TEST_F(MenuRowsTest, LockoutBoxesOfThePageMarkTheReadingCoordinatesAndTare) {
 }
 
 // The data sheet's six read-only keys (shown against the emulator end to end) come from
-// revision 8 on.
+// revision 8 on, the sheet fetched once.
 TEST_F(MenuRowsTest, DataSheetKeysFromRevisionEight) {
   emulator::MeterOptions options;
   options.conditioner = emulator::Conditioner::LoadCell;
@@ -232,6 +232,9 @@ TEST_F(MenuRowsTest, DataSheetKeysFromRevisionEight) {
     }
     EXPECT_EQ(sheetRows, revision < 8 ? 0 : 6) << revision;
   }
+  const std::size_t sent = line.SentCommands().size();
+  BuildPanelMenu();
+  EXPECT_EQ(line.SentCommands().size(), sent) << "fetched once per visit to the main menu";
 }
 
 }  // namespace

@@ -230,6 +230,7 @@ class GridForm : public Form {
   Grid grdList{*this, "grdList"};
   ProgressBar barDone{*this, "barDone"};
   Timer Timer1{*this, "Timer1", 50};
+  PictureBox Picture1{*this, "Picture1"};
 };
 
 TEST_F(FormsTest, GridRowsComeFromTabbedTextAndCellsOutsideAreFaults) {
@@ -275,6 +276,23 @@ TEST_F(FormsTest, TimersTickWithTheClockOnlyWhileEnabled) {
   form.Timer1.SetEnabled(false);
   time.Run(200);
   EXPECT_EQ(ticks, (std::vector<uint32_t>{250, 300}));
+}
+
+TEST_F(FormsTest, PrintWritesLineUnderLineAndClsStartsAtTheTop) {
+  PictureBox& pic = Forms().Use<GridForm>().Picture1;
+  pic.SetCurrentX(300);
+  pic.Print("one");
+  pic.Print("");
+  pic.Print("three");
+  EXPECT_EQ(pic.PrintedLines(), (std::vector<std::string>{"one", "", "three"}));
+  EXPECT_DOUBLE_EQ(pic.Ops()[0].x1, 300);
+  EXPECT_DOUBLE_EQ(pic.Ops()[2].x1, 0);
+  EXPECT_DOUBLE_EQ(pic.Ops()[2].y1, 480);
+  EXPECT_DOUBLE_EQ(pic.CurrentY(), 720);
+
+  pic.Cls();
+  EXPECT_TRUE(pic.Ops().empty());
+  EXPECT_DOUBLE_EQ(pic.CurrentY(), 0);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "cli_process.h"
 #include "emulator_process.h"
+#include "panelmenu/menu_fixture.h"
 #include "setup/image_map.h"
 #include "temp_folder.h"
 
@@ -20,10 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The setup of the emulator's DC meter as Get Setup brings it.
-const std::string kDcImage =
-    "0000000000000000000000000000000000010201000021D0753600600000004E20000000004E20004E2000000000000000000010000100"
-    "07D00003E804010D00";
+// The setup of the emulator's DC meter as Get Setup brings it: the default setup without
+// the tare byte.
+const std::string kDcImage = kDefaultSetup.substr(0, 128);
 
 std::string WithDigits(std::string image, std::size_t position, const std::string& digits) {
   return image.replace(position - 1, digits.size(), digits);

@@ -64,16 +64,6 @@ TEST_F(ProgramAgainstEmulator, GetSaveOpenPutAndExit) {
   EXPECT_FALSE(meterLink.PortOpen());
 }
 
-TEST_F(ProgramAgainstEmulator, SilentMeterReportsTheFailureAndKeepsTheImage) {
-  emulator.Say("silent on");
-  emulator.WaitForLine("silent", 1000);
-  const std::string before = g.SetupImage;
-  Pick("mnuGet");
-  EXPECT_EQ(StatusLine(), "ErrFlag =  4Failed to Get data, check connections and restart program.");
-  EXPECT_EQ(g.SetupImage, before);
-  EXPECT_FALSE(window->findChild<QAction*>("mnuPut")->isEnabled());
-}
-
 // The meter's line goes away while Get Setup waits for the meter, and comes back under the
 // same name: the failed Get is reported as a silent meter's, the setup in hand stays, and
 // the next Get opens the line again and works, with no restart.

@@ -14,6 +14,7 @@
 #include "platform/qt/form_binder.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/services.h"
+#include "setup/setup_files.h"
 
 namespace dpm::testing {
 
@@ -113,6 +114,16 @@ class GuiFormsTest : public ::testing::Test {
   QtEventsInVirtualTime events{time};
   qt::QtDialogs dialogs;
   int endings = 0;
+};
+
+// The same, with the default setup of a revision 4 meter in hand.
+class GuiOnDefaultSetup : public GuiFormsTest {
+ protected:
+  GuiOnDefaultSetup() {
+    g.DefaultFirmwareRev = 4;
+    DefaultData();
+    g.FirmwareRev = 4;
+  }
 };
 
 }  // namespace dpm::testing

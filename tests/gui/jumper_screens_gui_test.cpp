@@ -70,8 +70,8 @@ TEST_F(JumperWindows, PinListsBreakBetweenThePins) {
   }
 }
 
-// Jumpers > Load Cell on the main menu's window: the board drawn, its pins beside it, the
-// text with the note under it; OK closes it and the main menu is the active window again.
+// Jumpers > Load Cell on the main menu's window: the board drawn beside the main menu; OK
+// closes it and the main menu is the active window again.
 TEST_F(JumperWindows, LoadCellFromTheMainMenu) {
   QWidget* menuWindow = ShowActive(frmMMenu());
   auto* jumpers = Find<QMenu>(menuWindow, "mnuJmps");
@@ -84,11 +84,6 @@ TEST_F(JumperWindows, LoadCellFromTheMainMenu) {
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   EXPECT_EQ(window->windowTitle(), "Load Cell Signal Conditioner Jumpers");
-  EXPECT_EQ(Find<QLabel>(window, "lblPin_0")->text(), "6 + Sense");
-  EXPECT_EQ(Find<QLabel>(window, "lblPin_5")->text(), "1 -10V Excitation");
-  EXPECT_TRUE(Find<QLabel>(window, "lblText")
-                  ->text()
-                  .endsWith("Note: Click on Jumpers/Power Supply to select jumper for 10V excitation."));
   const QImage board = Find<QLabel>(window, "imgBoard")->grab().toImage();
   ASSERT_FALSE(board.isNull());
   EXPECT_NE(board.pixelColor(200, 150), QColor(0xF4, 0xF4, 0xF0)) << "the board is painted";

@@ -12,7 +12,6 @@
 #include "panelmenu/menu_view.h"
 #include "platform/qt/seven_segment.h"
 #include "setup/main_menu.h"
-#include "setup/setup_files.h"
 
 namespace dpm::testing {
 namespace {
@@ -23,14 +22,8 @@ std::string TitleOfItem(int context) {
   return item.substr(0, item.find('$'));
 }
 
-class MenuViewWindow : public GuiFormsTest {
+class MenuViewWindow : public GuiOnDefaultSetup {
  protected:
-  MenuViewWindow() {
-    g.DefaultFirmwareRev = 4;
-    DefaultData();
-    g.FirmwareRev = 4;
-  }
-
   // Whether any pixel of the cell is lit in the display's red.
   static bool Lit(QTableWidget& table, int row, int col) {
     const QImage image = table.viewport()->grab().toImage();
@@ -44,14 +37,6 @@ class MenuViewWindow : public GuiFormsTest {
     return false;
   }
 };
-
-TEST_F(MenuViewWindow, EveryControlOfBothWindowsHasItsWidget) {
-  ShowActive(frmDPMMenu());
-  ExpectEveryControlHasItsWidget(frmDPMMenu());
-  g.HelpContext = 2156;  // the window opens on an item
-  ShowActive(frmAppHelp());
-  ExpectEveryControlHasItsWidget(frmAppHelp());
-}
 
 // From the main menu's View > Menu to the keys in the display's face, and a click on a
 // key to its help.

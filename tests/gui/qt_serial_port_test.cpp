@@ -107,20 +107,16 @@ class QtPortOnPty : public ::testing::Test {
   QtSerialPort port;
 };
 
-TEST_F(QtPortOnPty, OpensWithTheSettingsAndRefusedModemLines) {
+TEST_F(QtPortOnPty, SettingsReachTheDeviceOnOpeningAndAtOnceWhileOpen) {
   port.SetSettings("9600,n,8,1");
   port.SetRTSEnable(true);  // refused by a pseudo-terminal, which is no fault
   port.SetPortOpen(true);
   port.SetDTREnable(true);
   ASSERT_TRUE(port.PortOpen());
   EXPECT_EQ(DeviceSpeed(), B9600);
-
   port.Output("*1B1\r");
   EXPECT_EQ(pty.Receive(5), "*1B1\r") << "the line still works after the refused modem lines";
-}
 
-TEST_F(QtPortOnPty, SettingsChangeTheOpenDeviceAtOnce) {
-  port.SetPortOpen(true);
   port.SetSettings("19200,n,8,1");
   termios t = DeviceTermios();
   EXPECT_EQ(cfgetospeed(&t), B19200);

@@ -8,23 +8,19 @@
 #include <QRadioButton>
 
 #include "forms_gui_fixture.h"
+#include "help/app_help.h"
 #include "pages/setup_page1.h"
 #include "pages/setup_page2.h"
 #include "pages/setup_page3.h"
+#include "panelmenu/menu_view.h"
+#include "panelmenu/value_entry.h"
 #include "setup/main_menu.h"
-#include "setup/setup_files.h"
 
 namespace dpm::testing {
 namespace {
 
-class SetupPagesWindows : public GuiFormsTest {
+class SetupPagesWindows : public GuiOnDefaultSetup {
  protected:
-  SetupPagesWindows() {
-    g.DefaultFirmwareRev = 4;
-    DefaultData();
-    g.FirmwareRev = 4;
-  }
-
   // Clicks a button of the active window and waits for the window of `next` to be active.
   static QWidget* ClickThrough(QWidget* window, const char* button, const Form& next) {
     QPushButton* widget = Find<QPushButton>(window, button);
@@ -37,15 +33,52 @@ class SetupPagesWindows : public GuiFormsTest {
     EXPECT_FALSE(window->isVisible()) << "the page left is hidden";
     return nextWindow;
   }
+
+  // Types into whichever widget has the focus, as a user's keyboard does.
+  static void Type(const QString& keys) {
+    for (const QChar c : keys) {
+      QWidget* focused = QApplication::focusWidget();
+      ASSERT_NE(focused, nullptr);
+      if (c == '\r') {
+        QTest::keyClick(focused, Qt::Key_Return);
+      } else {
+        QTest::keyClick(focused, c.toLatin1());
+      }
+    }
+  }
 };
 
-TEST_F(SetupPagesWindows, EveryControlOfPagesTwoAndThreeHasItsWidget) {
+TEST_F(SetupPagesWindows, EveryControlOfThePagesTheEntryDialogAndTheMenuViewHasItsWidget) {
   g.RelayOption = 1;
   g.TedsHardware = 1;
-  ShowActive(frmSetup2());
-  ExpectEveryControlHasItsWidget(frmSetup2());
-  ShowActive(frmSetup3());
-  ExpectEveryControlHasItsWidget(frmSetup3());
+  g.HelpContext = 2156;  // the help window opens on an item
+  for (Form* form : std::initializer_list<Form*>{&frmSetup1(), &frmEntVal(), &frmSetup2(), &frmSetup3(), &frmDPMMenu(),
+                                                 &frmAppHelp()}) {
+    ShowActive(*form);
+    ExpectEveryControlHasItsWidget(*form);
+  }
+}
+
+TEST_F(SetupPagesWindows, TypingDigitsAndEnterChangesTheImageAndTheBox) {
+  SetupPage1& page = frmSetup1();
+  QWidget* window = ShowActive(page);
+  auto* scale = Find<QLineEdit>(window, "txtScale");
+  QTest::mouseClick(scale, Qt::LeftButton);
+
+  QWidget* dialog = qt::WindowOf(frmEntVal());
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
+  EXPECT_EQ(scale->palette().color(QPalette::Base), QColor(0xC0, 0xFF, 0xC0)) << "the field being edited";
+  EXPECT_EQ(Find<QLineEdit>(dialog, "txtDigit_5")->text(), "1.");
+  EXPECT_EQ(QApplication::focusWidget(), Find<QLineEdit>(dialog, "txtDigit_0"));
+
+  // The point goes into the third place, then the digits follow.
+  Type("+0.2500\r");
+  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_EQ(g.SetupImage.substr(102, 6), "4009C4");
+  EXPECT_EQ(scale->text(), " +02. 500");
+  EXPECT_EQ(scale->palette().color(QPalette::Base), QColor(Qt::white));
+  EXPECT_EQ(page.txtScale.Text(), " +02. 500");
 }
 
 TEST_F(SetupPagesWindows, PagesOneTwoThreeTwoAndTheMainMenu) {

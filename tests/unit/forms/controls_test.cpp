@@ -1,6 +1,7 @@
 #include <functional>
 
 #include "forms_fixture.h"
+#include "platform/fake/drawing_recorder.h"
 #include "platform/faults.h"
 
 namespace dpm::testing {
@@ -230,6 +231,7 @@ class GridForm : public Form {
   Grid grdList{*this, "grdList"};
   ProgressBar barDone{*this, "barDone"};
   Timer Timer1{*this, "Timer1", 50};
+  PictureBox Picture1{*this, "Picture1"};
 };
 
 TEST_F(FormsTest, GridRowsComeFromTabbedTextAndCellsOutsideAreFaults) {
@@ -275,6 +277,49 @@ TEST_F(FormsTest, TimersTickWithTheClockOnlyWhileEnabled) {
   form.Timer1.SetEnabled(false);
   time.Run(200);
   EXPECT_EQ(ticks, (std::vector<uint32_t>{250, 300}));
+}
+
+TEST_F(FormsTest, PrintWritesLineUnderLineAndClsStartsAtTheTop) {
+  PictureBox& pic = Forms().Use<GridForm>().Picture1;
+  pic.SetCurrentX(300);
+  pic.Print("one");
+  pic.Print("");
+  pic.Print("three");
+  EXPECT_EQ(pic.PrintedLines(), (std::vector<std::string>{"one", "", "three"}));
+  EXPECT_DOUBLE_EQ(pic.Ops()[0].x1, 300);
+  EXPECT_DOUBLE_EQ(pic.Ops()[2].x1, 0);
+  EXPECT_DOUBLE_EQ(pic.Ops()[2].y1, 480);
+  EXPECT_DOUBLE_EQ(pic.CurrentY(), 720);
+
+  pic.Cls();
+  EXPECT_TRUE(pic.Ops().empty());
+  EXPECT_DOUBLE_EQ(pic.CurrentY(), 0);
+}
+
+// A view with an image of its own takes a kept drawing off the picture; the picture still
+// counts it, a recorder still sees it, and Cls starts the count again.
+TEST_F(FormsTest, AKeptDrawingIsLetGoOnceTheViewHasItInItsImage) {
+  PictureBox& pic = Forms().Use<GridForm>().Picture1;
+  const auto seen = fake::RecordDrawing(pic);
+  pic.Line(0, 0, 10, 10);
+  pic.TakenIntoImage();
+  EXPECT_EQ(pic.Ops().size(), 1u) << "not kept: the view may have to paint it again";
+
+  pic.SetAutoRedraw(true);
+  pic.Line(10, 10, 20, 20);
+  pic.TakenIntoImage();
+  EXPECT_TRUE(pic.Ops().empty());
+  pic.Print("x");
+  EXPECT_EQ(pic.PrintedLines(), std::vector<std::string>{"x"});
+  EXPECT_EQ(pic.DrawnCount(), 3u);
+  ASSERT_EQ(seen->size(), 3u);
+  EXPECT_EQ(seen->at(1).x2, 20);
+
+  const std::uint64_t clears = pic.Clears();
+  pic.Cls();
+  EXPECT_EQ(pic.DrawnCount(), 0u);
+  EXPECT_EQ(pic.Clears(), clears + 1);
+  EXPECT_TRUE(seen->empty());
 }
 
 }  // namespace

@@ -19,12 +19,6 @@ void Write(const std::filesystem::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-TEST(HelpFileNames, LastTwoCharactersOfTheNumberAsTheProgramWritesIt) {
-  EXPECT_EQ(HelpFileName(13, ".S10"), "Help13.S10");
-  EXPECT_EQ(HelpFileName(31, ".R10"), "Help31.R10");
-  EXPECT_EQ(HelpFileName(0, ".R10"), "Help 0.R10");
-}
-
 // A pair of files made by hand: three records, the third running past the text's end, a
 // gap of no text, and a text that needs a position beyond 16 bits.
 TEST(ReadHelpItem, FindsTheRecordOfTheContextAndReportsEveryBadInput) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "help_fixture.h"
+#include "panelmenu/menu_fixture.h"
 #include "panelmenu/menu_view.h"
 #include "setup/main_menu.h"
 
@@ -92,6 +93,8 @@ TEST_F(HelpTest, MenuViewHelpComesWithAClickAndOnlyWithAClick) {
   view.grdMain.UserClickCell(6, 3);  // SCALE
   EXPECT_TRUE(help.Visible());
   EXPECT_FALSE(help.Modal());
+  EXPECT_EQ(help.Caption(), "Menu Help");
+  EXPECT_EQ(view.grdMain.Row(), 0) << "the selection goes back to the header";
   EXPECT_EQ(help.picText.PrintedLines(), LinesOfItem(2156)) << "the click's item, not the selection's";
   help.cmdOK.UserClick();
   EXPECT_FALSE(help.Visible());
@@ -118,6 +121,14 @@ TEST_F(HelpTest, MenuViewHelpComesWithAClickAndOnlyWithAClick) {
   view.grdMain.UserClickCell(30, 3);
   EXPECT_EQ(help.picText.PrintedLines(), LinesOfItem(2150));
   EXPECT_TRUE(dialogs.messages.empty());
+
+  // With the first alarm disabled the second setpoint stands in the first row, and takes
+  // that row's item.
+  view.Unload();
+  LoadSetup("59=02");
+  frmDPMMenu().Show();
+  frmDPMMenu().grdSetPt.UserClickCell(1, 3);
+  EXPECT_EQ(g.HelpContext, 2173);
 }
 
 }  // namespace

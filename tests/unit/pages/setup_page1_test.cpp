@@ -201,24 +201,6 @@ TEST_F(Page1Test, LeadingZerosOnlyOnTheFirstFirmware) {
   EXPECT_EQ(Digits(53), "10");
 }
 
-TEST_F(Page1Test, FocusStoresTheHelpContext) {
-  ReplaceImageDigits(55, "A1");  // Ratio: conditioner 1, mode 6
-  g.FirmwareRev = 0;             // leading zeros shown
-  SetupPage1& page = OpenPage();
-  const std::vector<std::pair<Control*, int16_t>> cases = {
-      {&page.cboSCOpt, 1302},  {&page.cboMode, 1306},  {&page.cboFunc, 1315},   {&page.cboCusCrv, 1318},
-      {&page.cboRate, 1319},   {&page.cboHz, 1320},    {&page.cboResol, 1321},  {&page.cboDVal, 1322},
-      {&page.cboDecPt, 1323},  {&page.cboLeadZ, 1324}, {&page.cboRlyOpt, 1102}, {&page.cboComOpt, 1303},
-      {&page.cboAnaOpt, 1304}, {&page.txtScale, 1326}, {&page.txtOffset, 1327}, {&page.optSclOff, 1325},
-      {&page.optExtend, 1301},
-  };
-  for (const auto& [control, context] : cases) {
-    g.HelpContext = 0;
-    control->UserFocus();
-    EXPECT_EQ(g.HelpContext, context) << control->Name();
-  }
-}
-
 TEST_F(Page1Test, ReturnFromTheValueEntryDialogKeepsThePage) {
   SetupPage1& page = OpenPage();
   page.txtOffset.UserClick();

@@ -45,19 +45,37 @@ class Page3Test : public PagesTest {
   }
 };
 
-TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
+// Each field of the image in its words; filling a page writes nothing.
+TEST_F(PagesTest, PagesTwoAndThreeShowEachFieldOfTheImageInItsWords) {
   struct Case {
     const char* what;
-    const char* digits;
-    std::vector<std::pair<const char*, const char*>> shown;
+    int page;
+    const char* digits;                                      // set in the default setup before the page opens
+    std::vector<std::pair<const char*, const char*>> shown;  // control, text
   };
   const Case cases[] = {
       // clang-format off
-      {"default setup", "",
+      {"page 2, default setup", 2, "",
+       {{"cboTimConst", " 1.2 Sec"}, {"cboState1", "Hi Active"}, {"cboNoRdgsAlm", "  1"},
+        {"txtSetpt1", " +01000."}, {"txtSetPt2", " +02000."}, {"txtDev1", " +00000."},
+        {"chkFPTare", "clear"}, {"chkAutoTare", "clear"}, {"chkTEDSIndicator", "ticked"},
+        {"chkTEDSPlugPlay", "ticked"}}},
+      {"page 2, every field off its default", 2, "39=03 51=DA 53=06 57=3D 59=E6 21=FFFF38 129=03",
+       {{"cboTimConst", "No Filter"}, {"cboThresh", "High Adaptive"}, {"cboPeakVal", "Filtered"},
+        {"cboAlmValue", "Filtered"}, {"cboNoRdgsAlm", " 32"},
+        {"cboExtAB", "DP2  (Neither = DP1)                       DP3 (Both = DP4)"},
+        {"cboDev1Typ", "Hysteresis"}, {"cboDev2Typ", "Hysteresis"}, {"cboDevStatus", "Devn Disabled"},
+        {"cboState1", "Disabled"}, {"cboState2", "Lo Active"},
+        {"cboAlm1Type", "Non-latching"}, {"cboAlm2Type", "Latching"},
+        {"cboRly1State", "De-energized"}, {"cboRly2State", "De-energized"},
+        {"txtSetpt1", " +010. 00"}, {"txtDev2", " - 002. 00"},
+        {"chkFPTare", "ticked"}, {"chkAutoTare", "ticked"}, {"chkTEDSIndicator", "clear"},
+        {"chkTEDSPlugPlay", "clear"}}},
+      {"page 3, default setup", 3, "",
        {{"cboBaudRate", " 9600"}, {"cboAddress", " 1 (1)"}, {"cboTranChars", "Normal"},
         {"txtTranStop", "13"}, {"lblTranStop", "cr "}, {"txtTranStart", "0"}, {"lblTranStart", "nul"},
         {"lblLockout", "  Lockout  jumper IS NOT installed"}}},
-      {"every field off its default", "33=06 37=01 45=DF 47=39 49=F9 53=10 61=FFFC18 125=41 127=20",
+      {"page 3, every field off its default", 3, "33=06 37=01 45=DF 47=39 49=F9 53=10 61=FFFC18 125=41 127=20",
        {{"cboBaudRate", " 2400"}, {"cboAddress", "31 (F.)"}, {"cboOutVal", "Unfiltered"},
         {"cboOutRate", "Read Rate/256"}, {"cboSerMode", "Continuous"}, {"chkAlmData", "ticked"},
         {"chkLF", "ticked"}, {"cboRTS", "Latching"}, {"cboDuplex", "Half Duplex"},
@@ -65,7 +83,7 @@ TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
         {"txtAnaLo", " +00000."}, {"cboTranChars", "Start/StopChars"},
         {"txtTranStop", "65"}, {"lblTranStop", "A"}, {"txtTranStart", "32"}, {"lblTranStart", "sp "},
         {"lblLockout", "  Lockout  jumper IS installed"}}},
-      {"a character above 127", "127=C8", {{"txtTranStart", "200"}, {"lblTranStart", "\xC3\x88"}}},
+      {"page 3, a character above 127", 3, "127=C8", {{"txtTranStart", "200"}, {"lblTranStart", "\xC3\x88"}}},
       // clang-format on
   };
   for (const Case& c : cases) {
@@ -74,13 +92,12 @@ TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
     DefaultData();
     SetDigits(c.digits);
     const std::string image = g.SetupImage;
-    SetupPage3& page = OpenPage3();
+    Form& page = c.page == 2 ? static_cast<Form&>(OpenPage2()) : OpenPage3();
     ASSERT_TRUE(page.IsActive());
-    EXPECT_EQ(page.Caption(), "DPM SETUP  PAGE  3  ");
+    EXPECT_EQ(page.Caption(), c.page == 2 ? "DPM SETUP  PAGE  2" : "DPM SETUP  PAGE  3  ");
     for (const auto& [name, text] : c.shown) EXPECT_EQ(Shown(*page.FindControl(name)), text) << name;
     EXPECT_EQ(g.SetupImage, image) << "filling the page writes nothing";
   }
-
   // clang-format off
   const char* const captions[] = {
       "Input Type", "Setup, Config, DP", "Filter", "Scale, Lo/Hi In", "Offset, Lo/Hi Rd",
@@ -91,28 +108,49 @@ TEST_F(Page3Test, ShowsEachFieldOfTheImageInItsWords) {
   for (int i = 0; i < 18; ++i) EXPECT_EQ(frmSetup3().chkLock[i].Caption(), captions[i]) << i;
 }
 
-TEST_F(Page3Test, EachControlWritesItsBitsAndStoresItsHelp) {
+TEST_F(PagesTest, EachControlOfPagesTwoAndThreeWritesItsBitsAndStoresItsHelp) {
   struct Case {
+    int page;
     const char* control;
     int pick;  // the entry of a list, the value of a check box; -1 for none
     int position;
-    const char* digits;  // the byte afterwards; the default setup has 33=00 37=02 43=00 45=21 47=D0 53=00
+    const char* digits;  // the byte afterwards; the default setup has 33=00 37=02 43=00 45=21 47=D0 51=36
+                         // 53=00 57=00 59=00 129=0C
     int16_t help;
   };
   const Case cases[] = {
-      {"cboBaudRate", 6, 47, "E0", 1336}, {"cboAddress", 31, 45, "3F", 1337},    {"cboOutVal", 0, 47, "50", 1338},
-      {"cboOutRate", 9, 47, "D9", 1339},  {"cboSerMode", 0, 45, "01", 1340},     {"chkAlmData", 1, 45, "61", 1341},
-      {"cboRTS", 1, 33, "04", 1342},      {"cboDuplex", 1, 33, "02", 1343},      {"chkLF", 1, 45, "A1", 1344},
-      {"cboCircuit", 0, 37, "00", 1345},  {"cboAnaValue", 1, 37, "03", 1346},    {"cboTranChars", 1, 53, "10", 1381},
-      {"chkLock_3", 1, 43, "02", 1351},   {"chkLock_17", 1, 9, "00", 1365},      {"txtAnaHi", -1, 61, "00", 1347},
-      {"txtAnaLo", -1, 67, "00", 1347},   {"txtTranStart", -1, 127, "00", 1381}, {"txtTranStop", -1, 125, "0D", 1381},
+      {2, "cboTimConst", 2, 51, "32", 1329},      {2, "cboThresh", 0, 51, "26", 1362},
+      {2, "cboPeakVal", 1, 51, "76", 1330},       {2, "cboAlmValue", 1, 51, "B6", 1334},
+      {2, "cboExtAB", 5, 53, "05", 1331},         {2, "cboNoRdgsAlm", 7, 57, "07", 1207},
+      {2, "cboDev1Typ", 1, 57, "08", 1208},       {2, "cboDev2Typ", 1, 57, "10", 1208},
+      {2, "cboDevStatus", 1, 57, "20", 1335},     {2, "cboState1", 2, 59, "02", 1204},
+      {2, "cboState2", 1, 59, "04", 1204},        {2, "cboAlm1Type", 1, 59, "10", 1206},
+      {2, "cboAlm2Type", 1, 59, "20", 1206},      {2, "cboRly1State", 1, 59, "40", 1333},
+      {2, "cboRly2State", 1, 59, "80", 1333},     {2, "chkFPTare", 1, 129, "04", 1383},
+      {2, "chkAutoTare", 1, 129, "08", 1383},     {2, "chkTEDSIndicator", 0, 129, "0E", 1383},
+      {2, "chkTEDSPlugPlay", 0, 129, "0D", 1383}, {2, "txtSetpt1", -1, 115, "00", 1332},
+      {2, "txtDev2", -1, 21, "00", 1202},         {3, "cboBaudRate", 6, 47, "E0", 1336},
+      {3, "cboAddress", 31, 45, "3F", 1337},      {3, "cboOutVal", 0, 47, "50", 1338},
+      {3, "cboOutRate", 9, 47, "D9", 1339},       {3, "cboSerMode", 0, 45, "01", 1340},
+      {3, "chkAlmData", 1, 45, "61", 1341},       {3, "cboRTS", 1, 33, "04", 1342},
+      {3, "cboDuplex", 1, 33, "02", 1343},        {3, "chkLF", 1, 45, "A1", 1344},
+      {3, "cboCircuit", 0, 37, "00", 1345},       {3, "cboAnaValue", 1, 37, "03", 1346},
+      {3, "cboTranChars", 1, 53, "10", 1381},     {3, "chkLock_3", 1, 43, "02", 1351},
+      {3, "chkLock_17", 1, 9, "00", 1365},        {3, "txtAnaHi", -1, 61, "00", 1347},
+      {3, "txtAnaLo", -1, 67, "00", 1347},        {3, "txtTranStart", -1, 127, "00", 1381},
+      {3, "txtTranStop", -1, 125, "0D", 1381},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.control);
     Forms().Reset();
     DefaultData();
-    SetDigits("49=79");  // an RS485 board: every serial control answers
-    SetupPage3& page = OpenPage3();
+    if (c.page == 2) {
+      g.TedsHardware = 1;
+      g.TedsPresent = 1;
+    } else {
+      SetDigits("49=79");  // an RS485 board: every serial control answers
+    }
+    Form& page = c.page == 2 ? static_cast<Form&>(OpenPage2()) : OpenPage3();
     Control& control = *page.FindControl(c.control);
     g.HelpContext = 0;
     control.UserFocus();

@@ -116,6 +116,9 @@ TEST_F(GetSetupTest, LoadCellMeter) {
 }
 
 TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
+  // A meter known to take "Z": no pauses between the blocks, the probe committed in 0.2 s.
+  const Commands kWithZ = {{100, "*1XU1DZ"},      {430, "*1X26DZ"}, {1649, "*1G130"},
+                           {1962, "*1W1151001Z"}, {2262, "*1G1DE"}, {2675, "*1W1150001"}};
   struct Case {
     int16_t revisionBefore;
     const char* meterRevision;
@@ -135,15 +138,7 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
         {4265, "*1G1DE"},
         {4678, "*1W1150001"}}},
       // Known as revision 10 from an earlier setup: no pauses between the blocks.
-      {10,
-       "0A",
-       "Z",
-       {{100, "*1XU1DZ"},
-        {430, "*1X26DZ"},
-        {1649, "*1G130"},
-        {1962, "*1W1151001Z"},
-        {2262, "*1G1DE"},
-        {2675, "*1W1150001"}}},
+      {10, "0A", "Z", kWithZ},
       // Either side of revision 9, the first to take "Z", to need no second between the
       // blocks and to commit the probe word in 0.2 s.
       {8,
@@ -155,15 +150,7 @@ TEST_F(GetSetupTest, TheMetersOwnRevisionTakesOverAfterTheBlocks) {
         {3964, "*1W1151001"},
         {5065, "*1G1DE"},
         {5478, "*1W1150001"}}},
-      {9,
-       "09",
-       "Z",
-       {{100, "*1XU1DZ"},
-        {430, "*1X26DZ"},
-        {1649, "*1G130"},
-        {1962, "*1W1151001Z"},
-        {2262, "*1G1DE"},
-        {2675, "*1W1150001"}}},
+      {9, "09", "Z", kWithZ},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.revisionBefore);

@@ -4,6 +4,7 @@
 
 #include "link/globals.h"
 #include "link/image_access.h"
+#include "panelmenu/menu_fixture.h"
 #include "platform/faults.h"
 #include "platform/numeric.h"
 #include "setup/setup_files.h"
@@ -11,13 +12,7 @@
 namespace dpm {
 namespace {
 
-// The default setup as the meter's documentation lists it, revision 04.
-// clang-format off
-const std::string kDefaultImage = std::string(20, '0') +
-    "000000" "000000" "00" "01" "02" "01" "0000" "21" "D0" "75" "36" "00" "60" "00" "00"
-    "004E20" "000000" "004E20" "004E20" "000000" "000000" "000000" "100001" "0007D0" "0003E8"
-    "04" "01" "0D" "00" "0C00";
-// clang-format on
+using testing::kDefaultSetup;
 
 TEST(ImageMap, EveryBitOfTheImageIsMappedExactlyOnce) {
   std::vector<int> owners(66 * 8, 0);
@@ -51,13 +46,13 @@ TEST(ImageMap, DefaultSetupDigitForDigit) {
       WriteField(f.hi, f.lo, f.position, static_cast<int16_t>(f.defaultValue));
     }
   }
-  EXPECT_EQ(g.SetupImage, kDefaultImage) << "the map's defaults";
+  EXPECT_EQ(g.SetupImage, kDefaultSetup) << "the map's defaults";
 
   for (const auto& [revision, digits] : {std::pair<int16_t, const char*>{4, "04"}, {26, "1A"}}) {
     g.DefaultFirmwareRev = revision;
     g.MeterKind = "0";
     DefaultData();
-    EXPECT_EQ(g.SetupImage, kDefaultImage.substr(0, 120) + digits + kDefaultImage.substr(122));
+    EXPECT_EQ(g.SetupImage, kDefaultSetup.substr(0, 120) + digits + kDefaultSetup.substr(122));
     EXPECT_EQ(g.FirmwareRev, revision);
     EXPECT_EQ(g.MeterKind, "1");
   }

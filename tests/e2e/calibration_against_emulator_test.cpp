@@ -103,6 +103,10 @@ TEST_P(CalibrationAgainstEmulator, ARangeFromAWrongWordToItsAcceptedRow) {
   const float minus = road.plusAndMinus ? std::stof(Cell(screen, 1, 3)) : 0;
   const std::string expected = ExpectedWord(road.factor, plus, minus, road.plusAndMinus, oldWord);
   EXPECT_EQ(Cell(screen, 1, 4), std::string(road.wrongWord).substr(3));
+  auto* grid = Find<QTableWidget>(screen, "grdList");
+  EXPECT_EQ(grid->item(1, 0)->textAlignment(), Qt::AlignCenter) << "readings and words centred";
+  EXPECT_EQ(grid->item(0, 0)->textAlignment(), Qt::AlignLeft | Qt::AlignVCenter) << "headers from column 2 on";
+  EXPECT_EQ(grid->item(0, 2)->textAlignment(), Qt::AlignCenter);
   EXPECT_EQ(Cell(screen, 1, 5), expected);
   EXPECT_EQ(Word(address), expected);
   EXPECT_LE(std::abs(std::stoi(Cell(screen, 1, 6)) - 80000), 1) << "the new plus reading";

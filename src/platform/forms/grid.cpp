@@ -22,6 +22,8 @@ void Grid::Reshape(int rows, int cols) {
   rows_ = rows;
   cols_ = cols;
   colWidths_.resize(static_cast<std::size_t>(cols), 0);
+  colAlignments_.resize(static_cast<std::size_t>(cols), kAlignGeneral);
+  fixedAlignments_.resize(static_cast<std::size_t>(cols), kAlignGeneral);
   rowHeights_.resize(static_cast<std::size_t>(rows), 0);
   fixedRows_ = std::min(fixedRows_, rows_);
   fixedCols_ = std::min(fixedCols_, cols_);
@@ -88,6 +90,28 @@ int Grid::ColWidth(int col) const {
 void Grid::SetColWidth(int col, int twips) {
   CellIndex(0, col);
   colWidths_[static_cast<std::size_t>(col)] = twips;
+  Notify(Property::Cells);
+}
+
+int Grid::ColAlignment(int col) const {
+  CellIndex(0, col);
+  return colAlignments_[static_cast<std::size_t>(col)];
+}
+
+void Grid::SetColAlignment(int col, int alignment) {
+  CellIndex(0, col);
+  colAlignments_[static_cast<std::size_t>(col)] = alignment;
+  Notify(Property::Cells);
+}
+
+int Grid::FixedAlignment(int col) const {
+  CellIndex(0, col);
+  return fixedAlignments_[static_cast<std::size_t>(col)];
+}
+
+void Grid::SetFixedAlignment(int col, int alignment) {
+  CellIndex(0, col);
+  fixedAlignments_[static_cast<std::size_t>(col)] = alignment;
   Notify(Property::Cells);
 }
 

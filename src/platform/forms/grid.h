@@ -40,6 +40,17 @@ class Grid : public Control {
   int RowHeight(int row) const;
   void SetRowHeight(int row, int twips);
 
+  // How the text of a column's cells sits: kAlignGeneral (the view's own way), or left,
+  // centred or right. The cells of the header rows have an alignment of their own.
+  static constexpr int kAlignLeftCenter = 1;
+  static constexpr int kAlignCenterCenter = 4;
+  static constexpr int kAlignRightCenter = 7;
+  static constexpr int kAlignGeneral = 9;
+  int ColAlignment(int col) const;
+  void SetColAlignment(int col, int alignment);
+  int FixedAlignment(int col) const;
+  void SetFixedAlignment(int col, int alignment);
+
   // Inserts a row at `at` (the end when -1); the text's cells are separated by tabs.
   void AddItem(const std::string& cellsByTabs, int at = -1);
   void RemoveItem(int at);
@@ -72,6 +83,8 @@ class Grid : public Control {
   int lastCol_ = 0;
   std::vector<std::string> cells_;
   std::vector<int> colWidths_;
+  std::vector<int> colAlignments_;
+  std::vector<int> fixedAlignments_;
   std::vector<int> rowHeights_;
 };
 

@@ -89,7 +89,20 @@ class GridBinding : public WidgetBinding {
       table_.setItem(row, col, item);
     }
     item->setText(QString::fromStdString(grid.TextMatrix(row, col)));
-    if (row < grid.FixedRows() || col < grid.FixedCols()) item->setBackground(table_.palette().button());
+    const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
+    if (fixed) item->setBackground(table_.palette().button());
+    item->setTextAlignment(AlignmentOf(row < grid.FixedRows() ? grid.FixedAlignment(col) : grid.ColAlignment(col)));
+  }
+
+  static Qt::Alignment AlignmentOf(int alignment) {
+    switch (alignment) {
+      case Grid::kAlignCenterCenter:
+        return Qt::AlignCenter;
+      case Grid::kAlignRightCenter:
+        return Qt::AlignRight | Qt::AlignVCenter;
+      default:
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    }
   }
 
   QTableWidget& table_;

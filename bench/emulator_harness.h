@@ -12,11 +12,22 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <thread>
 
 #include <QEventLoop>
 #include <QTimer>
+
+#include "link/startup.h"
+#include "platform/fake/scripted_dialogs.h"
+#include "platform/forms/form_manager.h"
+#include "platform/qt/form_binder.h"
+#include "platform/qt/qt_clock.h"
+#include "platform/qt/qt_event_pump.h"
+#include "platform/qt/qt_serial_port.h"
+#include "platform/services.h"
+#include "setup/main_menu.h"
 
 namespace bench {
 
@@ -60,6 +71,58 @@ inline void RunEventsFor(double seconds) {
   QEventLoop loop;
   QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
   loop.exec();
+}
+
+// The program started as main() starts it, in a folder of its own whose COM1 is the
+// emulator's line, with the main menu up; gone again, with the emulator, at the end.
+class ProgramAgainstEmulator {
+ public:
+  explicit ProgramAgainstEmulator(const std::string& name)
+      : folder_(fs::temp_directory_path() / ("dpm-bench-" + name + "-" + std::to_string(getpid()))),
+        made_(fs::create_directories(folder_)),
+        emulator_(StartWithSettings()),
+        port_(folder_) {
+    dpm::Platform() = dpm::Services{&clock_, &events_, &port_, &dialogs_};
+    dpm::qt::InstallFormBinder();
+    dpm::Main(folder_, [] { dpm::frmMMenu().Show(); });
+  }
+  ~ProgramAgainstEmulator() {
+    port_.SetPortOpen(false);
+    kill(emulator_, SIGTERM);
+    waitpid(emulator_, nullptr, 0);
+    dpm::Forms().Reset();
+    fs::remove_all(folder_);
+  }
+
+  bool PortOpen() const { return port_.PortOpen(); }
+
+ private:
+  pid_t StartWithSettings() {
+    std::ofstream(folder_ / "Settings.SSS") << "\"1601000100000041010000\"\r\n";
+    return StartEmulator(folder_ / "COM1");
+  }
+
+  fs::path folder_;
+  bool made_;
+  pid_t emulator_;
+  dpm::qt::QtClock clock_;
+  dpm::qt::QtEventPump events_;
+  dpm::qt::QtSerialPort port_;
+  dpm::fake::ScriptedDialogs dialogs_;
+};
+
+// Wall time and the program's processor time of one stretch of the event loop.
+struct Measured {
+  double wall;
+  double cpu;
+  double Percent() const { return 100.0 * cpu / wall; }
+};
+
+inline Measured RunMeasuredFor(double seconds) {
+  const double cpuBefore = CpuSeconds();
+  const auto start = std::chrono::steady_clock::now();
+  RunEventsFor(seconds);
+  return {std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), CpuSeconds() - cpuBefore};
 }
 
 }  // namespace bench

@@ -69,21 +69,6 @@ constexpr std::array<CalRange, 7> kLoadCellRanges = {{
     {kPlusAndMinus, kGainWord, 2, "500 mV DC", "400 mV DC", "400E-3A", "23", "D4", 80000, 35},
 }};
 
-std::span<const CalRange> RangesOf(int sigCond) {
-  switch (sigCond) {
-    case kTemperatureConditioner:
-      return kTemperatureRanges;
-    case kDcConditioner:
-      return kDcRanges;
-    case kAcConditioner:
-      return kAcRanges;
-    case kLoadCellConditioner:
-      return kLoadCellRanges;
-    default:
-      return {};
-  }
-}
-
 using GainColumn = std::array<float, 10>;
 constexpr GainColumn kTemperatureGains = {3.1f, 3.0945f, 3.1399f, 0, 0, 0, 0, 0, 0, 0};
 constexpr GainColumn kDcGains = {0, 3.277f, 3.302f, 3.249f, 3.275f, 9.939f, 3.244f, 3.238f, 3.241f, 30.78f};
@@ -91,46 +76,40 @@ constexpr GainColumn kAcGains = {0, 3.365f, 3.354f, 3.297f, 3.326f, 10.103f, 3.4
 constexpr GainColumn kLoadCellGains = {0, 0, 3.277f, 3.218f, 3.217f, 3.241f, 3.408f, 0, 0, 0};
 constexpr GainColumn kNoGains = {};
 
-const GainColumn& GainsOf(int sigCond) {
-  switch (sigCond) {
-    case kTemperatureConditioner:
-      return kTemperatureGains;
-    case kDcConditioner:
-      return kDcGains;
-    case kAcConditioner:
-      return kAcGains;
-    case kLoadCellConditioner:
-      return kLoadCellGains;
-    default:
-      return kNoGains;
-  }
+// What each conditioner has, by its number.
+struct ConditionerRanges {
+  const std::vector<std::string>& names;
+  std::span<const CalRange> ranges;
+  const GainColumn& gains;
+};
+
+const std::array<ConditionerRanges, 4> kConditioners = {{
+    {kTemperatureNames, kTemperatureRanges, kTemperatureGains},
+    {kDcNames, kDcRanges, kDcGains},
+    {kAcNames, kAcRanges, kAcGains},
+    {kLoadCellNames, kLoadCellRanges, kLoadCellGains},
+}};
+
+// An unknown conditioner has no ranges and no gains.
+const ConditionerRanges kUnknownConditioner = {kNoNames, {}, kNoGains};
+
+const ConditionerRanges& ConditionerOf(int sigCond) {
+  if (sigCond < 0 || static_cast<std::size_t>(sigCond) >= kConditioners.size()) return kUnknownConditioner;
+  return kConditioners[static_cast<std::size_t>(sigCond)];
 }
 
 }  // namespace
 
-const std::vector<std::string>& RangeNames(int sigCond) {
-  switch (sigCond) {
-    case kTemperatureConditioner:
-      return kTemperatureNames;
-    case kDcConditioner:
-      return kDcNames;
-    case kAcConditioner:
-      return kAcNames;
-    case kLoadCellConditioner:
-      return kLoadCellNames;
-    default:
-      return kNoNames;
-  }
-}
+const std::vector<std::string>& RangeNames(int sigCond) { return ConditionerOf(sigCond).names; }
 
 const CalRange* FindRange(int sigCond, int listIndex) {
-  const std::span<const CalRange> ranges = RangesOf(sigCond);
+  const std::span<const CalRange> ranges = ConditionerOf(sigCond).ranges;
   if (listIndex < 0 || static_cast<std::size_t>(listIndex) >= ranges.size()) return nullptr;
   return &ranges[static_cast<std::size_t>(listIndex)];
 }
 
 float GainFactor(int sigCond, int listIndex) {
-  const GainColumn& gains = GainsOf(sigCond);
+  const GainColumn& gains = ConditionerOf(sigCond).gains;
   if (listIndex < 0 || static_cast<std::size_t>(listIndex) >= gains.size())
     throw IndexFault("Subscript out of range: gain factor " + std::to_string(listIndex));
   return gains[static_cast<std::size_t>(listIndex)];

@@ -2,11 +2,8 @@
 #include <regex>
 #include <sstream>
 
-#include "forms/forms_fixture.h"
-#include "panelmenu/menu_fixture.h"
-#include "platform/fake/fake_serial_line.h"
 #include "readings/list_readings.h"
-#include "setup/main_menu.h"
+#include "readings/reading_screen_fixture.h"
 #include "temp_folder.h"
 
 namespace dpm::testing {
@@ -19,22 +16,11 @@ std::string Reading(int k) {
 }
 
 // The list opened from the main menu on an in-memory line at 9600 baud, address "1".
-class ListReadingsTest : public FormsTest {
+class ListReadingsTest : public ReadingScreenTest {
  protected:
-  ListReadingsTest() : line(time) {
-    Platform().meterLink = &line;
-    g.LinkEnabled = 1;
-    g.MeterAddress = "1";
-    g.CharTime = 1;
-    g.FirmwareRev = 4;
-    LoadSetup("");
-    ResetReadings();
-    line.SetPortOpen(true);
+  ListReadingsTest() {
     time.AddTicker([](uint32_t) { Forms().ServeTimers(); });
-    frmMMenu().Show();
   }
-  // The screens let go of the line before it goes.
-  ~ListReadingsTest() override { Forms().Reset(); }
 
   // Opens the list; its grid takes three columns of the measuring record's width: eight
   // characters of 120 twips and the margin of 90, three times, in a grid 3200 twips wide.
@@ -52,13 +38,6 @@ class ListReadingsTest : public FormsTest {
       time.Run(kListShowIntervalMs);
     }
   }
-  std::vector<std::string> Commands() const {
-    std::vector<std::string> texts;
-    for (const auto& command : line.SentCommands()) texts.push_back(command.text);
-    return texts;
-  }
-
-  fake::FakeSerialLine line;
 };
 
 TEST_F(ListReadingsTest, FillsColumnByColumnAndWrapsOverTheOldest) {

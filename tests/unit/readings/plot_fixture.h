@@ -3,11 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "forms/forms_fixture.h"
-#include "panelmenu/menu_fixture.h"
-#include "platform/fake/fake_serial_line.h"
 #include "readings/plot_chart.h"
-#include "setup/main_menu.h"
+#include "readings/reading_screen_fixture.h"
 
 namespace dpm::testing {
 
@@ -24,22 +21,8 @@ struct Drawn {
 // Plot and graph opened from the main menu on an in-memory line, address "1", records ending
 // in CR. The picture is sized to ten twips a user unit both ways and measures every
 // character as 120 x 240 twips, so that a character is 12 units wide and 24 high.
-class ChartTest : public FormsTest {
+class ChartTest : public ReadingScreenTest {
  protected:
-  ChartTest() : line(time) {
-    Platform().meterLink = &line;
-    g.LinkEnabled = 1;
-    g.MeterAddress = "1";
-    g.CharTime = 1;
-    g.FirmwareRev = 4;
-    LoadSetup("");
-    ResetReadings();
-    line.SetPortOpen(true);
-    frmMMenu().Show();
-  }
-  // The screens let go of the line before it goes.
-  ~ChartTest() override { Forms().Reset(); }
-
   // Types the scale into the boxes as the user does, Enter after each, and presses OK.
   void GiveScale(ChartScreen& chart, const std::string& mid, const std::string& small, const std::string& count) {
     EXPECT_TRUE(chart.txtMidVal.HasFocus());
@@ -66,14 +49,6 @@ class ChartTest : public FormsTest {
     }
     return drawn;
   }
-
-  std::vector<std::string> Commands() const {
-    std::vector<std::string> texts;
-    for (const auto& command : line.SentCommands()) texts.push_back(command.text);
-    return texts;
-  }
-
-  fake::FakeSerialLine line;
 };
 
 }  // namespace dpm::testing

@@ -4,11 +4,11 @@
 // read is a designed outcome with a message; anything escaping, or a sanitizer report, is
 // a finding.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <algorithm>
 #include <string>
 
 #include "fuzz_folder.h"

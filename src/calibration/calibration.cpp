@@ -118,13 +118,8 @@ void Calibration::Form_Unload(int& /*cancel*/) {
 
 bool Calibration::Abandoned() const { return IsUnloaded() || Forms().Ended(); }
 
-void Calibration::Send(const std::string& command) {
-  g.CommandText = "*" + g.MeterAddress + command;
-  SendCommand();
-}
-
 void Calibration::SendAndRead(const std::string& command, int16_t replyChars) {
-  Send(command);
+  SendBody(command);
   DelayChars(replyChars);
   ReceiveReply();
 }
@@ -217,7 +212,7 @@ void Calibration::cboRange_Click() {
 // The grid and its buttons for the ranges that are read, the text page for the cold
 // junction and the RTD current source.
 void Calibration::ShowGridPage(bool grid) {
-  txtInput.SetVisible(grid ? true : txtInput.Visible());
+  if (grid) txtInput.SetVisible(true);
   picQD.SetVisible(!grid);
   lblLine1.SetVisible(grid);
   ProgBar.SetVisible(grid);
@@ -389,7 +384,7 @@ void Calibration::ResetAndSettle(float progressRate) {
   ProgBase = 0;
   ProgRate = progressRate;
   ProgBar.SetValue(0);
-  Send("C0");
+  SendBody("C0");
   DelayC(5);
 }
 
@@ -618,7 +613,7 @@ void Calibration::StopRoutine() {
 // End: the meter's Offset and Scale go back to plain (what the range set-up wrote to its
 // input, range and filter stays until the next Put Setup), and the main menu returns.
 void Calibration::cmdEnd_Click() {
-  Send(kPlainScaleCommand);
+  SendBody(kPlainScaleCommand);
   MainMenu& menu = frmMMenu();
   menu.picInitText.Cls();
   menu.Show();
@@ -657,10 +652,10 @@ void Calibration::InitRange() {
   const std::string factor = NumberText(static_cast<int64_t>(ScaleF));
   lblScaleF.SetCaption("Scale Factor set to" + factor);
   const std::string digit = ScaleF == 10 ? "A" : factor.substr(factor.size() - 1);
-  Send("W30500000010000" + digit);
+  SendBody("W30500000010000" + digit);
   DelayC(2.5f);
   if (StopFlag == 1) return;
-  Send("W11000" + InpTyp);
+  SendBody("W11000" + InpTyp);
   DelayC(2.5f);
   if (StopFlag == 1) return;
   SendAndRead("G130", kOptionReplyChars);
@@ -668,7 +663,7 @@ void Calibration::InitRange() {
   DelayC(0.3f);
   if (StopFlag == 1) return;
   const bool quickFilter = CalcMod == kPlusAndMinus || (F == "0V" && g.SigCond == kDcConditioner);
-  Send("W111" + optionByte + (quickFilter ? "36" : "38"));
+  SendBody("W111" + optionByte + (quickFilter ? "36" : "38"));
   DelayC(2.5f);
   if (StopFlag == 1) return;
   if (ListIndex() == 1 && g.SigCond == kLoadCellConditioner) {
@@ -684,13 +679,13 @@ void Calibration::InitRange() {
 // J,K,N,E group's once more at word 2E.
 void Calibration::SendCal() {
   if (g.SigCond == kTemperatureConditioner && (NVAdr == "21" || NVAdr == "24")) {
-    Send("W3" + NVAdr + New.NewCalHex + New.NewCalHex + New.NewCalHex);
+    SendBody("W3" + NVAdr + New.NewCalHex + New.NewCalHex + New.NewCalHex);
     if (NVAdr == "21") {
       DelaySeconds(2.5f);
-      Send("W12E" + New.NewCalHex);
+      SendBody("W12E" + New.NewCalHex);
     }
   } else {
-    Send("W1" + NVAdr + New.NewCalHex);
+    SendBody("W1" + NVAdr + New.NewCalHex);
   }
   DelayC(2.5f);
 }
@@ -709,9 +704,7 @@ void Calibration::DelayC(float seconds) {
   ProgBase = std::clamp(progress, 0.0f, 100.0f);
 }
 
-void Calibration::SetProgress(float percent) {
-  ProgBar.SetValue(ToInt16(std::clamp(percent, 0.0f, 100.0f)));
-}
+void Calibration::SetProgress(float percent) { ProgBar.SetValue(ToInt16(std::clamp(percent, 0.0f, 100.0f))); }
 
 Calibration& frmCalib() { return Forms().Use<Calibration>(); }
 

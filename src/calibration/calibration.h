@@ -150,7 +150,6 @@ class Calibration : public Form {
   void DisableAccept(int row);
   void ShowJumperPicture();
   void ShowGridPage(bool grid);
-  void Send(const std::string& command);
   void SendAndRead(const std::string& command, int16_t replyChars);
   // "B1": the latest reading, its point taken out; its value.
   float ReadReading();

@@ -62,9 +62,9 @@ void Calibration::optNew_Click() {
   cmdReady.SetEnabled(false);
   picQD.Print("Wait while initializing");
   const bool jkne = ListIndex() == kJkneListIndex;
-  Send(jkne ? "W1100041" : "W1100049");
+  SendBody(jkne ? "W1100041" : "W1100049");
   DelaySeconds(2.5f);
-  Send(std::string(jkne ? "W21D" : "W22D") + kStartingGain + "0000");
+  SendBody(std::string(jkne ? "W21D" : "W22D") + kStartingGain + "0000");
   picQD.Print("");
   picQD.Print(kSettledText);
   cmdReady.SetEnabled(true);
@@ -90,7 +90,7 @@ void Calibration::QDRoutine() {
     MakeHex(New, PosRdg * kGainSlope + (jkne ? kJkneGainBase : kTsrGainBase));
     SavedCalHex = New.NewCalHex;
     if (StopFlag == 1) return finish();
-    Send(std::string(jkne ? "W21D" : "W22D") + New.NewCalHex + "0000");
+    SendBody(std::string(jkne ? "W21D" : "W22D") + New.NewCalHex + "0000");
     DelaySeconds(2.5f);
     if (StopFlag == 1) return finish();
     picQD.Print("Cold Junction Gain = " + New.NewCalHex + "  Saved");
@@ -107,7 +107,7 @@ void Calibration::QDRoutine() {
   CurCal = PosRdg / kOffsetStep + CurCal;
   MakeHex2(New, CurCal);
   SavedCalHex = New.NewCalHex;
-  Send(std::string(jkne ? "W11C" : "W12C") + New.NewCalHex);
+  SendBody(std::string(jkne ? "W11C" : "W12C") + New.NewCalHex);
   DelaySeconds(2.5f);
   if (StopFlag != 1) {
     picQD.Print("Cold Junction Offset = " + New.NewCalHex + "  Saved");
@@ -129,17 +129,17 @@ void Calibration::RTDRoutine() {
     StopRoutine();
     BusyFlag = 0;
   };
-  Send("W62A800080008000800080008000");
+  SendBody("W62A800080008000800080008000");
   DelaySeconds(2.5f);
   if (StopFlag == 1) return finish();
-  Send("W1100050");
+  SendBody("W1100050");
   DelaySeconds(2.5f);
   if (StopFlag == 1) return finish();
   SendAndRead("G130", kOptionReplyChars);
-  Send("W111" + g.ReplyText + "37");
+  SendBody("W111" + g.ReplyText + "37");
   DelaySeconds(2.5f);
   if (StopFlag == 1) return finish();
-  Send("W305000000100001");
+  SendBody("W305000000100001");
   DelaySeconds(2.5f);
   if (StopFlag == 1) return finish();
   SendAndRead("X11E", kWordReplyChars);
@@ -154,7 +154,7 @@ void Calibration::RTDRoutine() {
   New.NewCal = static_cast<float>(ToInt16(step)) + CurCal;
   MakeHex2(New, New.NewCal);
   if (StopFlag == 1) return finish();
-  Send("W11E" + New.NewCalHex);
+  SendBody("W11E" + New.NewCalHex);
   DelaySeconds(2.5f);
   if (StopFlag == 1) return finish();
   picQD.Print("New Calibration is " + New.NewCalHex);

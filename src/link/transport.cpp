@@ -182,6 +182,12 @@ void DelayChars(int16_t characters) {
   DelayMs(ToInt16(static_cast<double>(lineTime) + 100));
 }
 
+void SendBody(const std::string& body, bool withZ) {
+  g.CommandText = "*" + g.MeterAddress + body;
+  if (withZ && g.FirmwareRev > 8) g.CommandText += "Z";
+  SendCommand();
+}
+
 void DelaySeconds(float seconds) {
   // Zero asks for the pause the baud rate needs; at 19200 baud it is negative, no pause.
   const double wait = seconds == 0.0f ? 0.55 - 0.1 * g.BaudIndex : seconds;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 // The request and answer dialogue with the meter: the caller puts the command in
 // g.CommandText, sends it, waits for and reads the reply into g.ReplyText and looks at
@@ -17,6 +18,9 @@ inline constexpr int16_t kNoLineEnd = 9;
 // A port that faults or vanishes during an exchange fails it as a silent meter does
 // (g.ErrFlag kNoAnswer), is closed, and is opened again by name on the next command.
 void SendCommand();
+// Puts "*", the meter's address and the body in g.CommandText and sends it. `withZ` adds
+// the "Z" that meters above revision 8 expect on the setup transfer's commands.
+void SendBody(const std::string& body, bool withZ = false);
 void ReceiveReply();
 void DelayMs(int32_t ms);
 void DelayChars(int16_t characters);

@@ -74,8 +74,7 @@ void Commands::ShowSent(const char* status) {
 
 void Commands::SendReset(const char* code, const char* status) {
   ShowSent(status);
-  g.CommandText = "*" + g.MeterAddress + code;
-  SendCommand();
+  SendBody(code);
   AnimateToMeter();
 }
 
@@ -96,8 +95,7 @@ void Commands::RequestReading(const char* code, const char* status, PictureBox& 
   ClearReadings();
   ShowSent(status);
   ServeEvents();
-  g.CommandText = "*" + g.MeterAddress + code;
-  SendCommand();
+  SendBody(code);
   AnimateToMeter();
   DelayChars(kReadingReplyChars);
   ReceiveReply();
@@ -126,8 +124,7 @@ void Commands::cmdSend_Click() {
   RemoteTextSent = true;
   ShowSent("Remote data sent to Display.");
   ServeEvents();
-  g.CommandText = "*" + g.MeterAddress + "H" + txtRmtDspy.Text();
-  SendCommand();
+  SendBody("H" + txtRmtDspy.Text());
   AnimateToMeter();
 }
 

@@ -117,8 +117,7 @@ ListReadings::ListReadings() : Form(kName, kTitle) {
 ListReadings::~ListReadings() = default;
 
 void ListReadings::SendStreamCommand(const char* code) {
-  g.CommandText = "*" + g.MeterAddress + code;
-  SendCommand();
+  SendBody(code);
 }
 
 // The meter starts talking at once; the list takes the first whole record to size its

@@ -80,8 +80,7 @@ ChartScreen::ChartScreen(const char* name, const char* title, const char* countB
 ChartScreen::~ChartScreen() = default;
 
 void ChartScreen::SendStreamCommand(const char* code) {
-  g.CommandText = "*" + g.MeterAddress + code;
-  SendCommand();
+  SendBody(code);
 }
 
 // The meter starts talking at once; nothing is drawn before a scale is given, and the focus

@@ -8,12 +8,6 @@
 
 namespace dpm {
 
-void SendBody(const std::string& body, bool withZ) {
-  g.CommandText = "*" + g.MeterAddress + body;
-  if (withZ && g.FirmwareRev > 8) g.CommandText += "Z";
-  SendCommand();
-}
-
 void ShowStatus(const TransferScreen& screen, const std::string& text, int32_t colour) {
   screen.lblGPText.SetVisible(true);
   screen.lblGPText.SetForeColor(colour);

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "link/transport.h"
+
 namespace dpm {
 
 class Label;
@@ -18,10 +20,6 @@ struct TransferScreen {
   MenuItem& mnuPut;
   ProgressBar& prgTransfer;
 };
-
-// Puts "*", the meter's address and the body in g.CommandText and sends it. `withZ` adds
-// the "Z" that meters above revision 8 expect on those commands.
-void SendBody(const std::string& body, bool withZ = false);
 
 // The status line, shown, in a colour and with a text.
 void ShowStatus(const TransferScreen& screen, const std::string& text, int32_t colour);

@@ -113,8 +113,7 @@ constexpr int16_t kDataSheetLineChars = 128;
 
 void FetchTedsIfNeeded() {
   if (g.TedsPresent != 1 || g.TedsTemplate != kTedsNotFetched) return;
-  g.CommandText = "*" + g.MeterAddress + "XTA0";
-  SendCommand();
+  SendBody("XTA0");
   // The sheet is as long as the setup's main block: read as it trickles in, a character at
   // a time at 9600 baud, it would run past the pieces a reply may come in, so the line
   // time of the whole sheet passes first, as Get Setup does for its blocks.

@@ -23,9 +23,9 @@ struct Road {
   const char* wrongWord;    // ADDR=HHHH
   int listIndex;
   const char* caption;
-  double input;             // the input the screen asks for, in the emulator's units
+  double input;  // the input the screen asks for, in the emulator's units
   bool plusAndMinus;
-  float factor;             // word units per count, of the range's gain
+  float factor;  // word units per count, of the range's gain
   int jumperPicture;
 };
 
@@ -125,14 +125,14 @@ TEST_P(CalibrationAgainstEmulator, ARangeFromAWrongWordToItsAcceptedRow) {
   EXPECT_FALSE(Forms().IsLoaded("frmCalib"));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ranges, CalibrationAgainstEmulator,
-    ::testing::Values(Road{"TwoVoltsDc", "dc", "20=7C00", 2, "DC Signal Conditioner Calibration", 2.0, true, 3.302f, 42},
-                      Road{"TwoVoltsAc", "rms", "20=8400", 2, "AC Signal Conditioner Calibration", 2.0, false, 3.354f,
-                           22},
-                      Road{"FiftyMillivoltLoadCell", "load-cell", "20=7C80", 3,
-                           "Load Cell Signal Conditioner Calibration", 40.0, true, 3.218f, 32}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Ranges, CalibrationAgainstEmulator,
+                         ::testing::Values(Road{"TwoVoltsDc", "dc", "20=7C00", 2, "DC Signal Conditioner Calibration",
+                                                2.0, true, 3.302f, 42},
+                                           Road{"TwoVoltsAc", "rms", "20=8400", 2, "AC Signal Conditioner Calibration",
+                                                2.0, false, 3.354f, 22},
+                                           Road{"FiftyMillivoltLoadCell", "load-cell", "20=7C80", 3,
+                                                "Load Cell Signal Conditioner Calibration", 40.0, true, 3.218f, 32}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace dpm::testing

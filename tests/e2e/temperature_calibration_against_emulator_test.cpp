@@ -80,7 +80,7 @@ TEST_F(TemperatureCalibrationAgainstEmulator, ColdJunctionsAndRtdCurrentSourceFr
 
   Choose(screen, "cboRange", 5);
   QTest::mouseClick(Find<QRadioButton>(screen, "optPrior"), Qt::LeftButton);  // the temperature board's own drawing
-  emulator.Say("input 1356.4");  // 356.13 ohm across the inputs
+  emulator.Say("input 1356.4");                                               // 356.13 ohm across the inputs
   const std::string oldWord = Word("1E");
   Press(screen, "cmdReady");
   const float reading = static_cast<float>(std::stod(RmvDP(NextReading())));

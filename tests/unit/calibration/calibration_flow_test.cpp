@@ -184,11 +184,8 @@ TEST_F(CalibrationTest, ReadingLimitsOfReadyAndRepeat) {
     int refusedAtReady;  // 0: none
   };
   const std::vector<Case> cases = {
-      {2, {"+09999."}, 1},
-      {2, {"+10000.", "-09999."}, 2},
-      {2, {"+10000.", "-10000."}, 0},
-      {9, {"+00799."}, 1},
-      {9, {"+00800.", "-00800."}, 0},
+      {2, {"+09999."}, 1}, {2, {"+10000.", "-09999."}, 2}, {2, {"+10000.", "-10000."}, 0},
+      {9, {"+00799."}, 1}, {9, {"+00800.", "-00800."}, 0},
   };
   for (const Case& c : cases) {
     Calibration& form = OpenAt("01", '6', c.listIndex);
@@ -231,7 +228,8 @@ TEST_F(CalibrationTest, OneReadyMakesAnAcZeroRowAndRepeatWrapsAfterRowTen) {
   meter.readings = {"+01990.", "+02000."};
   meter.heard.clear();
   form.cmdReady.UserClick();
-  EXPECT_EQ(meter.Bodies(), (Bodies{"X11A", "W305000000100004", "W1100080", "G130", "W1117538", "B1", "W11A0131", "B1"}));
+  EXPECT_EQ(meter.Bodies(),
+            (Bodies{"X11A", "W305000000100004", "W1100080", "G130", "W1117538", "B1", "W11A0131", "B1"}));
   EXPECT_EQ(Row(form, 1), (Cells{"5 mV AC", " 2000", "+01990", "", "0005", "0131", "+02000", ""}));
   EXPECT_EQ(form.grdList.TextMatrix(0, 3), "                ");
   EXPECT_TRUE(form.cmd[1].Enabled());
@@ -324,8 +322,8 @@ TEST_F(CalibrationTest, JumperPictureFollowsTheBoardRevision) {
   // The true RMS board has drawings of the prior revision only.
   Calibration& ac = OpenAt("02", '8', 2);
   EXPECT_TRUE(ac.imgJump.Picture().Empty());
-  EXPECT_EQ(ac.imgJump.PrintedLines(),
-            (std::vector<std::string>{"No jumper drawing 52", "for this board revision.", "Choose the other revision."}));
+  EXPECT_EQ(ac.imgJump.PrintedLines(), (std::vector<std::string>{"No jumper drawing 52", "for this board revision.",
+                                                                 "Choose the other revision."}));
 }
 
 }  // namespace

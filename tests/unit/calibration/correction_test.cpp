@@ -36,35 +36,34 @@ TEST_P(CorrectionCase, GivesTheWordAndTheLine) {
   EXPECT_EQ(word.outOfRange, c.outOfRange);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Calibration, CorrectionCase,
-    ::testing::Values(
-        // (80000 - 80110) x 3.302 + 32768 = 32404.78
-        Correction{"DcTwoVolts", true, 80000, 80110, 32768, 1, 2, "7E95", false},
-        // 5 + 30 x (2000 - 1990) = 305
-        Correction{"AcZero", false, 0, 1990, 5, 2, 0, "0131", false},
-        // -3 - 20 x 122 / 10 = -247
-        Correction{"LoadCellHiZero", false, 0, 20, -3, 3, 1, "FF09", false},
-        // -3 - 20 x 47 / 10 = -97
-        Correction{"LoadCellLoZero", false, 0, 20, -3, 3, 0, "FF9F", false},
-        // 100 - 10 x 113 / 10 = -13
-        Correction{"TemperatureZero", false, 0, 10, 100, 0, 0, "FFF3", false},
-        // (80000 - 80100) x 3.302 + 0 < 0: held at 0 without the line
-        Correction{"GainBelowZero", true, 80000, 80100, 0, 1, 2, "0000", false},
-        // 65000 + 80000 x 3.302 > 65535: held without the line
-        Correction{"GainAboveTop", true, 80000, 0, 65000, 1, 2, "FFFF", false},
-        // 32644 + 10 x 12.3 = 32767 exactly
-        Correction{"DcZeroAtTop", false, 0, -10, 32644, 1, 0, "7FFF", false},
-        // 32706 + 5 x 12.3 = 32767.5
-        Correction{"DcZeroPastTop", false, 0, -5, 32706, 1, 0, "7FFF", true},
-        // -122000: the load cell stops at -32767, the others at -32768
-        Correction{"LoadCellFarBelow", false, 0, 10000, 0, 3, 1, "8001", true},
-        Correction{"DcFarBelow", false, 0, 10000, 0, 1, 0, "8000", true},
-        // 0 + 30 x (2000 + 5000) = 210000
-        Correction{"AcFarAbove", false, 0, -5000, 0, 2, 0, "7FFF", true},
-        // (8000 - 7990) x 30.78 + 30000 = 30307.8
-        Correction{"DcFiveAmps", true, 8000, 7990, 30000, 1, 9, "7664", false}),
-    [](const auto& info) { return std::string(info.param.what); });
+INSTANTIATE_TEST_SUITE_P(Calibration, CorrectionCase,
+                         ::testing::Values(
+                             // (80000 - 80110) x 3.302 + 32768 = 32404.78
+                             Correction{"DcTwoVolts", true, 80000, 80110, 32768, 1, 2, "7E95", false},
+                             // 5 + 30 x (2000 - 1990) = 305
+                             Correction{"AcZero", false, 0, 1990, 5, 2, 0, "0131", false},
+                             // -3 - 20 x 122 / 10 = -247
+                             Correction{"LoadCellHiZero", false, 0, 20, -3, 3, 1, "FF09", false},
+                             // -3 - 20 x 47 / 10 = -97
+                             Correction{"LoadCellLoZero", false, 0, 20, -3, 3, 0, "FF9F", false},
+                             // 100 - 10 x 113 / 10 = -13
+                             Correction{"TemperatureZero", false, 0, 10, 100, 0, 0, "FFF3", false},
+                             // (80000 - 80100) x 3.302 + 0 < 0: held at 0 without the line
+                             Correction{"GainBelowZero", true, 80000, 80100, 0, 1, 2, "0000", false},
+                             // 65000 + 80000 x 3.302 > 65535: held without the line
+                             Correction{"GainAboveTop", true, 80000, 0, 65000, 1, 2, "FFFF", false},
+                             // 32644 + 10 x 12.3 = 32767 exactly
+                             Correction{"DcZeroAtTop", false, 0, -10, 32644, 1, 0, "7FFF", false},
+                             // 32706 + 5 x 12.3 = 32767.5
+                             Correction{"DcZeroPastTop", false, 0, -5, 32706, 1, 0, "7FFF", true},
+                             // -122000: the load cell stops at -32767, the others at -32768
+                             Correction{"LoadCellFarBelow", false, 0, 10000, 0, 3, 1, "8001", true},
+                             Correction{"DcFarBelow", false, 0, 10000, 0, 1, 0, "8000", true},
+                             // 0 + 30 x (2000 + 5000) = 210000
+                             Correction{"AcFarAbove", false, 0, -5000, 0, 2, 0, "7FFF", true},
+                             // (8000 - 7990) x 30.78 + 30000 = 30307.8
+                             Correction{"DcFiveAmps", true, 8000, 7990, 30000, 1, 9, "7664", false}),
+                         [](const auto& info) { return std::string(info.param.what); });
 
 TEST(MakeHex, RoundsHalfToEvenAndKeepsFourDigits) {
   struct Case {
@@ -72,10 +71,10 @@ TEST(MakeHex, RoundsHalfToEvenAndKeepsFourDigits) {
     bool signedForm;
     const char* hex;
   };
-  const std::vector<Case> cases = {
-      {2.5f, false, "0002"},   {3.5f, false, "0004"},  {65535.4f, false, "FFFF"}, {-0.4f, false, "0000"},
-      {-1.5f, true, "FFFE"},   {-0.5f, true, "0000"},  {-40000, true, "8000"},    {40000, true, "7FFF"},
-      {10.0f, true, "000A"},   {255.5f, false, "0100"}};
+  const std::vector<Case> cases = {{2.5f, false, "0002"},  {3.5f, false, "0004"}, {65535.4f, false, "FFFF"},
+                                   {-0.4f, false, "0000"}, {-1.5f, true, "FFFE"}, {-0.5f, true, "0000"},
+                                   {-40000, true, "8000"}, {40000, true, "7FFF"}, {10.0f, true, "000A"},
+                                   {255.5f, false, "0100"}};
   for (const Case& c : cases) {
     NewWord word;
     if (c.signedForm) {

@@ -49,11 +49,19 @@ TEST_F(CalibrationTest, NewColdJunctionCalibrationOfEachGroup) {
     const char* offsetLine;
   };
   const std::vector<Case> cases = {
-      {3, {"W1100041", "W21D6F100000"}, {"B1", "W21D6F100000", "B1", "W11C001A"}, kJkneHeader,
-       "Cold Junction Gain = 6F10  Saved", "Cold Junction Offset = 001A  Saved"},
+      {3,
+       {"W1100041", "W21D6F100000"},
+       {"B1", "W21D6F100000", "B1", "W11C001A"},
+       kJkneHeader,
+       "Cold Junction Gain = 6F10  Saved",
+       "Cold Junction Offset = 001A  Saved"},
       // The T,S,R group starts from 6F10 and computes from 28136 (6DE8).
-      {4, {"W1100049", "W22D6F100000"}, {"B1", "W22D6DE80000", "B1", "W12C001A"}, kTsrHeader,
-       "Cold Junction Gain = 6DE8  Saved", "Cold Junction Offset = 001A  Saved"},
+      {4,
+       {"W1100049", "W22D6F100000"},
+       {"B1", "W22D6DE80000", "B1", "W12C001A"},
+       kTsrHeader,
+       "Cold Junction Gain = 6DE8  Saved",
+       "Cold Junction Offset = 001A  Saved"},
   };
   for (const Case& c : cases) {
     Calibration& form = OpenAt("01", '4', c.listIndex);
@@ -118,10 +126,10 @@ TEST_F(CalibrationTest, RtdCurrentSourceBringsTheResistorTo13564Counts) {
     EXPECT_EQ(meter.Bodies(), (Bodies{"W62A800080008000800080008000", "W1100050", "G130", "W1117537",
                                       "W305000000100001", "X11E", "B1", std::string("W11E") + c.newWord, "B1"}));
     EXPECT_EQ(form.picQD.PrintedLines(),
-              Join(kRtdHeader, {"Wait while calibrating", std::string("Old Calibration is ") + c.oldWord,
-                                std::string("New Calibration is ") + c.newWord, "Reading should be 13564 counts",
-                                c.readingLine, "",
-                                "Click on Ready to repeat this calibration, select another Range or Exit"}));
+              Join(kRtdHeader,
+                   {"Wait while calibrating", std::string("Old Calibration is ") + c.oldWord,
+                    std::string("New Calibration is ") + c.newWord, "Reading should be 13564 counts", c.readingLine, "",
+                    "Click on Ready to repeat this calibration, select another Range or Exit"}));
     EXPECT_GE(meter.heard[6].atMs - meter.heard[5].atMs, 3000u);
     EXPECT_TRUE(form.cmdReady.Enabled());
     form.Unload();
